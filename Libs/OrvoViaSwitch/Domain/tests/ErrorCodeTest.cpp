@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "Arq/OrvoViaSwitch/Domain/Dto/ErrorCode.h"
+#include "Arq/OrvoViaSwitch/Domain/Exception/DomainException.h"
+
+namespace {
+
+using Arq::OrvoViaSwitch::Domain::Dto::ErrorCode;
+using Arq::OrvoViaSwitch::Domain::Dto::ToString;
+using Arq::OrvoViaSwitch::Domain::Exception::DomainException;
+
+TEST(ErrorCodeToString, NamesEveryCodeAndRejectsOthers) {
+  const struct {
+    int value;
+    const char* text;
+  } cases[] = {
+      {0, "NoError"},
+      {1, "UnknownError"},
+      {2, "SystemError"},
+      {3, "InvalidArgument"},
+      {4, "RuntimeError"},
+      {5, "TimeOut"},
+      {6, "NotFound"},
+      {7, "NotConfigured"},
+      {8, "NotImplemented"},
+      {9, "OutOfRange"},
+      {10, "AlreadyInUse"},
+      {11, "__LAST__"},
+      {12, "[Unknown Error Code]"},
+      {-1, "[Unknown Error Code]"},
+      {1000, "[Unknown Error Code]"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ToString(static_cast<ErrorCode>(c.value)), c.text) << "value " << c.value;
+  }
+}
+
+TEST(DomainExceptionTest, MessageAloneMeansSystemError) {
+  const DomainException e("connection refused");
+  EXPECT_STREQ(e.what(), "connection refused");
+  EXPECT_EQ(e.GetErrorCode(), ErrorCode::SystemError);
+}
+
+TEST(DomainExceptionTest, KeepsGivenCodeAndOwnsItsMessage) {
+  std::string text = "no such port";
+  const DomainException e(text.c_str(), ErrorCode::NotFound);
+  text.assign("overwritten");
+  EXPECT_STREQ(e.what(), "no such port");
+  EXPECT_EQ(e.GetErrorCode(), ErrorCode::NotFound);
+}
+
+TEST(DomainExceptionTest, NullMessageIsALogicError) {
+  EXPECT_THROW(DomainException(nullptr), std::logic_error);
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+# Project-wide compiler settings and helpers shared by every target.
+
+add_compile_options(-Wall -Wextra -Wpedantic -Werror)
+# Source paths in log lines and assertions are relative to the repository.
+add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+
+if(ARQ_SANITIZE STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+elseif(ARQ_SANITIZE STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+elseif(NOT ARQ_SANITIZE STREQUAL "")
+  message(FATAL_ERROR "ARQ_SANITIZE must be empty, 'address' or 'thread'")
+endif()
+
+# arq_add_gtest(<name> SOURCES <files...> LIBS <targets...>)
+# One test executable, discovered test by test by CTest.
+function(arq_add_gtest name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
+  set(labels unit)
+  if(ARG_LABELS)
+    set(labels ${ARG_LABELS})
+  endif()
+  gtest_discover_tests(${name}
+    DISCOVERY_TIMEOUT 120
+    PROPERTIES LABELS "${labels}" TIMEOUT 300)
+endfunction()
