@@ -1,0 +1,53 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Arq::TestSupport {
+
+// A child process started with fork/exec, its standard output and error
+// appended to one file. The destructor ends it (SIGKILL) and reaps it if it
+// still runs, so a failing test never leaves it behind.
+class ChildProcess {
+ public:
+  ChildProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& env,
+               const std::string& outputPath);
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  pid_t Pid() const { return pid_; }
+  bool IsRunning();
+  void Signal(int signal);
+  // Exit status as waitpid reports it, or nothing if still running at the deadline.
+  std::optional<int> WaitExit(std::chrono::milliseconds timeout);
+  const std::string& OutputPath() const { return outputPath_; }
+
+ private:
+  pid_t pid_ = -1;
+  std::optional<int> status_;
+  std::string outputPath_;
+};
+
+struct CommandResult {
+  int status = -1;  // waitpid status; -1 when the command did not end in time
+  std::string output;
+};
+
+// Runs a command to completion (killed at the deadline) and returns its
+// standard output (standard error too when mergeStderr).
+CommandResult RunCommand(const std::vector<std::string>& argv,
+                         const std::map<std::string, std::string>& env,
+                         std::chrono::milliseconds timeout, bool mergeStderr = false);
+
+// Polls `condition` every `step` until it holds or the timeout passes.
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
+               std::chrono::milliseconds step = std::chrono::milliseconds(100));
+
+}  // namespace Arq::TestSupport

@@ -1,0 +1,146 @@
+#include "Arq/TestSupport/Process.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+namespace Arq::TestSupport {
+namespace {
+
+std::vector<char*> ArgvPointers(const std::vector<std::string>& argv) {
+  std::vector<char*> pointers;
+  pointers.reserve(argv.size() + 1);
+  for (const auto& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// Runs in the child between fork and exec: only async-signal-safe calls.
+[[noreturn]] void ExecChild(std::vector<char*>& argv, const std::map<std::string, std::string>& env,
+                            int outputFd, bool mergeStderr) {
+  for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
+  dup2(outputFd, STDOUT_FILENO);
+  if (mergeStderr) dup2(outputFd, STDERR_FILENO);
+  if (outputFd > STDERR_FILENO) close(outputFd);
+  int devNull = open("/dev/null", O_RDONLY);
+  if (devNull >= 0) {
+    dup2(devNull, STDIN_FILENO);
+    close(devNull);
+  }
+  execvp(argv[0], argv.data());
+  _exit(127);
+}
+
+std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  for (;;) {
+    int status = 0;
+    const pid_t done = waitpid(pid, &status, WNOHANG);
+    if (done == pid) return status;
+    if (done < 0 && errno != EINTR) return std::nullopt;
+    if (std::chrono::steady_clock::now() >= deadline) return std::nullopt;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::vector<std::string>& argv,
+                           const std::map<std::string, std::string>& env,
+                           const std::string& outputPath)
+    : outputPath_(outputPath) {
+  const int fd = open(outputPath.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  if (fd < 0) throw std::runtime_error("cannot open " + outputPath);
+  auto pointers = ArgvPointers(argv);
+  pid_ = fork();
+  if (pid_ == 0) ExecChild(pointers, env, fd, true);
+  close(fd);
+  if (pid_ < 0) throw std::runtime_error("fork failed");
+}
+
+ChildProcess::~ChildProcess() {
+  if (pid_ > 0 && !status_) {
+    kill(pid_, SIGKILL);
+    WaitExit(std::chrono::seconds(10));
+  }
+}
+
+bool ChildProcess::IsRunning() {
+  if (status_) return false;
+  status_ = WaitWithDeadline(pid_, std::chrono::milliseconds(0));
+  return !status_;
+}
+
+void ChildProcess::Signal(int signal) {
+  if (!status_) kill(pid_, signal);
+}
+
+std::optional<int> ChildProcess::WaitExit(std::chrono::milliseconds timeout) {
+  if (!status_) status_ = WaitWithDeadline(pid_, timeout);
+  return status_;
+}
+
+CommandResult RunCommand(const std::vector<std::string>& argv,
+                         const std::map<std::string, std::string>& env,
+                         std::chrono::milliseconds timeout, bool mergeStderr) {
+  int fds[2];
+  if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
+  auto pointers = ArgvPointers(argv);
+  const pid_t pid = fork();
+  if (pid == 0) {
+    close(fds[0]);
+    ExecChild(pointers, env, fds[1], mergeStderr);
+  }
+  close(fds[1]);
+  if (pid < 0) {
+    close(fds[0]);
+    throw std::runtime_error("fork failed");
+  }
+  CommandResult result;
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  fcntl(fds[0], F_SETFL, O_NONBLOCK);
+  char buffer[4096];
+  bool open = true;
+  while (open && std::chrono::steady_clock::now() < deadline) {
+    const ssize_t n = read(fds[0], buffer, sizeof buffer);
+    if (n > 0) {
+      result.output.append(buffer, static_cast<size_t>(n));
+    } else if (n == 0) {
+      open = false;
+    } else if (errno == EAGAIN || errno == EINTR) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    } else {
+      open = false;
+    }
+  }
+  close(fds[0]);
+  const auto remaining = std::chrono::duration_cast<std::chrono::milliseconds>(
+      deadline - std::chrono::steady_clock::now());
+  auto status = WaitWithDeadline(pid, std::max(remaining, std::chrono::milliseconds(0)));
+  if (!status) {
+    kill(pid, SIGKILL);
+    WaitWithDeadline(pid, std::chrono::seconds(5));
+    result.status = -1;
+  } else {
+    result.status = *status;
+  }
+  return result;
+}
+
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
+               std::chrono::milliseconds step) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  for (;;) {
+    if (condition()) return true;
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(step);
+  }
+}
+
+}  // namespace Arq::TestSupport
