@@ -1,0 +1,284 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Arq/Logging/Loader/CompositeLogger.h"
+#include "Arq/Logging/Loader/LoggerAggregators.h"
+#include "Arq/Logging/Loader/Loggers.h"
+
+namespace Loader = Arq::Logging::Loader;
+using arq::logging::ILogger;
+
+namespace {
+
+// Sends file descriptor 1 (std::cout and the plug-in's writes) to a temp file
+// for the lifetime of the object.
+class CapturedStdout {
+ public:
+  CapturedStdout() {
+    char name[] = "/tmp/arq-logging-test-XXXXXX";
+    fd_ = mkstemp(name);
+    path_ = name;
+    std::cout.flush();
+    std::fflush(stdout);
+    saved_ = dup(STDOUT_FILENO);
+    dup2(fd_, STDOUT_FILENO);
+  }
+  ~CapturedStdout() {
+    Restore();
+    close(fd_);
+    unlink(path_.c_str());
+  }
+  std::string Text() {
+    Restore();
+    std::ifstream in(path_);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+
+ private:
+  void Restore() {
+    if (saved_ < 0) return;
+    std::cout.flush();
+    std::fflush(stdout);
+    dup2(saved_, STDOUT_FILENO);
+    close(saved_);
+    saved_ = -1;
+  }
+  int fd_ = -1;
+  int saved_ = -1;
+  std::string path_;
+};
+
+std::string WriteTempFile(const std::string& content) {
+  char name[] = "/tmp/arq-logging-cfg-XXXXXX";
+  const int fd = mkstemp(name);
+  const ssize_t written = write(fd, content.data(), content.size());
+  close(fd);
+  EXPECT_EQ(written, static_cast<ssize_t>(content.size()));
+  return name;
+}
+
+std::string PluginEntry(const std::string& name, const std::string& extra = "") {
+  return R"({"name":")" + name + R"(","libraryPath":")" + ARQ_STREAM_LOGGER_PATH + "\"" + extra +
+         "}";
+}
+
+std::string Configuration(const std::vector<std::string>& entries) {
+  std::string text = R"({"version":"1.0.0", /* comments are allowed */ "loggers":[)";
+  for (size_t i = 0; i < entries.size(); ++i) text += (i ? "," : "") + entries[i];
+  return text + "]}";
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  std::string line;
+  while (std::getline(in, line)) lines.push_back(line);
+  return lines;
+}
+
+TEST(LoggersTest, WithoutConfigurationHandsOutSilentSharedLoggers) {
+  auto& registry = Loader::Loggers::GetInstance();
+  auto first = registry.GetLogger("NoConfigComponent");
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->GetLevel(), ILogger::NoLog);
+  EXPECT_EQ(registry.GetLogger("NoConfigComponent"), first);
+  CapturedStdout out;
+  first->Log(ILogger::Fatal, "never written", __FILE__, __LINE__);
+  EXPECT_EQ(out.Text(), "");
+}
+
+TEST(LoggersTest, ConfigurationsPathIsCutAtTheMarkerLength) {
+  using Loader::Loggers;
+  EXPECT_EQ(
+      Loggers::FindLoggerConfigurationsPath({"daemon", "logger_configurations_path:/etc/x.cfg"}),
+      "/etc/x.cfg");
+  // The cut ignores where the marker stands: two leading characters leave "h:" behind.
+  EXPECT_EQ(Loggers::FindLoggerConfigurationsPath({"daemon", "--logger_configurations_path:/x"}),
+            "h:/x");
+  EXPECT_EQ(Loggers::FindLoggerConfigurationsPath({"daemon", "log_level:Info"}), "");
+  EXPECT_EQ(Loggers::FindLoggerConfigurationsPath(
+                {"logger_configurations_path:/a", "logger_configurations_path:/b"}),
+            "/a");
+  EXPECT_EQ(Loggers::FindLoggerConfigurationsPath({"logger_configurations_path:"}), "");
+  const auto own = Loggers::GetInputParameters();
+  ASSERT_FALSE(own.empty());
+  EXPECT_NE(own.front().find("ArqLoggingTests"), std::string::npos);
+}
+
+TEST(LoggersTest, PluginLoggersWriteWholeLinesAndFollowTheRegistryLevel) {
+  const std::string path = WriteTempFile(Configuration({PluginEntry("stream")}));
+  auto& registry = Loader::Loggers::CreateLoggers(path);
+  registry.SetLoggingLevel(ILogger::Warning);
+  auto logger = registry.GetLogger("PluginComponent");
+  EXPECT_EQ(registry.GetLogger("PluginComponent"), logger);
+  EXPECT_EQ(logger->GetLevel(), ILogger::Warning);
+
+  CapturedStdout out;
+  logger->Log(ILogger::Info, "filtered", "Libs/x.cpp", 1);
+  logger->Log(ILogger::Error, "kept message", "Libs/x.cpp", 42);
+  registry.SetLoggingLevel(ILogger::Debug);
+  EXPECT_EQ(logger->GetLevel(), ILogger::Debug);
+  auto later = registry.GetLogger("LaterComponent");
+  EXPECT_EQ(later->GetLevel(), ILogger::Debug);
+  later->Log(ILogger::Debug, "from later", "Apps/y.cpp", 7);
+  registry.SetLoggingLevel(ILogger::NoLog);
+  logger->Log(ILogger::Fatal, "silenced", "Libs/x.cpp", 3);
+
+  const auto lines = Lines(out.Text());
+  ASSERT_EQ(lines.size(), 2u) << out.Text();
+  const std::regex format(
+      R"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z (\w+) (\w+): (.*) \(([^()]*)\)$)");
+  std::smatch match;
+  ASSERT_TRUE(std::regex_match(lines[0], match, format)) << lines[0];
+  EXPECT_EQ(match[1], "Error");
+  EXPECT_EQ(match[2], "PluginComponent");
+  EXPECT_EQ(match[3], "kept message");
+  EXPECT_EQ(match[4], "Libs/x.cpp:42");
+  ASSERT_TRUE(std::regex_match(lines[1], match, format)) << lines[1];
+  EXPECT_EQ(match[1], "Debug");
+  EXPECT_EQ(match[2], "LaterComponent");
+  EXPECT_EQ(match[4], "Apps/y.cpp:7");
+  registry.SetLoggingLevel(ILogger::Warning);
+  unlink(path.c_str());
+}
+
+TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
+  const std::string badSymbol =
+      Configuration({PluginEntry("a"), PluginEntry("b", R"(,"libraryEntryPoint":"Nope")")});
+  const std::string missingLibrary =
+      Configuration({R"({"name":"m","libraryPath":"/nonexistent/libnothing.so"})"});
+  const std::string malformed = R"({"loggers": [ {"name": )";
+  struct Case {
+    const char* name;
+    std::string content;
+    std::string expected;  // %s stands for the configuration path
+  };
+  const Case cases[] = {
+      {"missing symbol", badSymbol,
+       std::string("Error Instantiate Factory From Library: ") + ARQ_STREAM_LOGGER_PATH +
+           " Error: Undefined Symbol: Nope\n"},
+      {"missing library", missingLibrary,
+       "Error Loading Library: /nonexistent/libnothing.so Error: /nonexistent/libnothing.so: "
+       "cannot open shared object file: No such file or directory\n"},
+      {"malformed", malformed, "Could not read json resource %s\n"},
+      {"empty file", "", "Could not read json resource %s\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string path = WriteTempFile(c.content);
+    auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
+    CapturedStdout out;
+    EXPECT_EQ(aggregator->Aggregate(path), nullptr);
+    std::string expected = c.expected;
+    const auto mark = expected.find("%s");
+    if (mark != std::string::npos) expected.replace(mark, 2, path);
+    EXPECT_EQ(out.Text(), expected);
+    unlink(path.c_str());
+  }
+  auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
+  CapturedStdout out;
+  EXPECT_EQ(aggregator->Aggregate(std::string("/nonexistent/loggers.cfg")), nullptr);
+  EXPECT_EQ(out.Text(), "Could not read logger configurations file /nonexistent/loggers.cfg\n");
+}
+
+TEST(LoggerAggregatorTest, EntriesFallBackToDefaultsAndShareLibrariesByName) {
+  Json::Value root;
+  root["loggers"] = Json::arrayValue;
+  auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
+  auto empty = aggregator->Aggregate(root);
+  ASSERT_NE(empty, nullptr);
+  EXPECT_EQ(empty->Create("x")->GetLevel(), ILogger::NoLog);
+
+  const std::string path = WriteTempFile(Configuration(
+      {PluginEntry("same", R"(,"libraryEntryPoint":17,"output":"stdout")"),
+       R"({"name":"same","libraryPath":"/nonexistent/ignored.so","level":"Error"})"}));
+  Loader::LoggerConfigurationsReader reader;
+  const auto configurations = reader.Read(path);
+  EXPECT_EQ(configurations.version, "1.0.0");
+  ASSERT_EQ(configurations.loggers.size(), 2u);
+  EXPECT_EQ(configurations.loggers[0].libraryEntryPoint, "ILoggingLoaderFactoryMaker");
+  EXPECT_EQ(configurations.loggers[1].libraryEventHandlerEntryPoint,
+            "ILoggingEventHandlerSetterMaker");
+  EXPECT_EQ(configurations.loggers[1].configuration["level"].asString(), "Error");
+
+  auto factory = aggregator->Aggregate(path);
+  ASSERT_NE(factory, nullptr);
+  auto logger = factory->Create("Twice");
+  logger->SetLevel(ILogger::Trace);
+  CapturedStdout out;
+  logger->Log(ILogger::Warning, "to both", "f.cpp", 1);
+  logger->Log(ILogger::Error, "error line", "f.cpp", 2);
+  const auto lines = Lines(out.Text());
+  ASSERT_EQ(lines.size(), 3u) << out.Text();
+  EXPECT_THAT(lines[0], testing::HasSubstr(" Warning Twice: to both (f.cpp:1)"));
+  EXPECT_THAT(lines[1], testing::HasSubstr(" Error Twice: error line (f.cpp:2)"));
+  EXPECT_THAT(lines[2], testing::HasSubstr(" Error Twice: error line (f.cpp:2)"));
+  unlink(path.c_str());
+
+  auto handlers = Loader::LoggerEventHandlerAggregatorFactory::Create();
+  const std::string handlerPath = WriteTempFile(Configuration({PluginEntry("h")}));
+  auto setter = handlers->Aggregate(handlerPath);
+  ASSERT_NE(setter, nullptr);
+  setter->SetEventHandler(nullptr);
+  unlink(handlerPath.c_str());
+}
+
+TEST(CompositeLoggerTest, CreationFailuresAreReportedAndSkipped) {
+  class Throwing : public arq::logging::ILoggerFactory {
+   public:
+    std::shared_ptr<ILogger> Create(const std::string&) override { throw std::runtime_error("no"); }
+    arq::logging::INestedDiagnosticContext& CreateNDC() override { return context; }
+    Loader::DummyNestedDiagnosticContext context;
+  };
+  std::vector<std::unique_ptr<arq::logging::ILoggerFactory>> members;
+  members.push_back(std::make_unique<Throwing>());
+  Loader::CompositeLoggerFactory factory(std::move(members));
+  CapturedStdout out;
+  auto logger = factory.Create("Broken");
+  EXPECT_EQ(out.Text(), "Createion Error On Logger: Broken\n");
+  EXPECT_EQ(logger->GetLevel(), ILogger::NoLog);
+  EXPECT_EQ(factory.CreateNDC().Print(), "");
+}
+
+TEST(StreamLoggerTest, ConcurrentWritersNeverSplitALine) {
+  const std::string path = WriteTempFile(Configuration({PluginEntry("c")}));
+  auto factory = Loader::LoggerFactoryAggregatorFactory::Create()->Aggregate(path);
+  ASSERT_NE(factory, nullptr);
+  CapturedStdout out;
+  {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+      threads.emplace_back([&factory, t] {
+        auto logger = factory->Create("Thread" + std::to_string(t));
+        logger->SetLevel(ILogger::Trace);
+        const std::string payload(300, static_cast<char>('a' + t));
+        for (int i = 0; i < 250; ++i) logger->Log(ILogger::Info, payload, "t.cpp", i);
+      });
+    }
+    for (auto& thread : threads) thread.join();
+  }
+  const auto lines = Lines(out.Text());
+  ASSERT_EQ(lines.size(), 1000u);
+  const std::regex whole(R"(^\S+ Info Thread(\d): ([a-d])\2{299} \(t\.cpp:\d+\)$)");
+  for (const auto& line : lines) {
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(line, match, whole)) << line;
+    EXPECT_EQ(match[2].str()[0], 'a' + std::stoi(match[1]));
+  }
+  unlink(path.c_str());
+}
+
+}  // namespace
