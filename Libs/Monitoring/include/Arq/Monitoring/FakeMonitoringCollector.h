@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Arq/Monitoring/IMonitoringCollector.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/ConfigFile.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCnt.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthStat.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/IfInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/LldpConfig.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/LldpInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/PTPConfig.h"
+
+namespace Arq::Monitoring {
+
+// Everything one collection learns from a switch, as domain records.
+struct SwitchSnapshot {
+  std::vector<std::string> interfaceNames;
+  std::map<std::string, OrvoViaSwitch::Domain::Dto::IfInfo> interfaces;
+  std::vector<OrvoViaSwitch::Domain::Dto::EthInfo> ethInfos;
+  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthCnt>> ethCounters;
+  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthStat>> ethStats;
+  std::string mainMacAddress;
+  OrvoViaSwitch::Domain::Dto::LldpConfig lldpConfig;
+  std::vector<OrvoViaSwitch::Domain::Dto::LldpInfo> lldpNeighbours;
+  std::vector<OrvoViaSwitch::Domain::Dto::PTPConfig> ptpConfigs;
+  OrvoViaSwitch::Domain::Dto::ConfigFile currentConfig;
+};
+
+// Runs a snapshot through the metric converters into the values set, storing
+// the counts: the path every collector ends with.
+void PublishSnapshot(const SwitchSnapshot& snapshot,
+                     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values);
+
+// A synthetic 24-port switch for Fake mode: 16 Ethernet interfaces (eth1 to
+// eth16), two PRS pairs (prs1: eth17+eth18, prs2: eth19+eth20), two LAGs
+// (lag1: eth21+eth22, lag2: eth23+eth24), a management VLAN interface, six
+// LLDP neighbours announced as real TLV bytes, two PTP domains and a current
+// configuration. Port rates are fixed per port and every counter grows from
+// start-up at exactly the advertised rate, so successive reads are monotonic
+// and consistent with the rate columns.
+class FakeMonitoringCollector : public IMonitoringCollector {
+ public:
+  using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+  FakeMonitoringCollector();
+  explicit FakeMonitoringCollector(Clock clock);
+
+  void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) override;
+
+  // The switch as seen `elapsed` after start-up.
+  static SwitchSnapshot Snapshot(std::chrono::nanoseconds elapsed);
+
+ private:
+  Clock clock_;
+  std::chrono::steady_clock::time_point start_;
+};
+
+}  // namespace Arq::Monitoring

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "Arq/Monitoring/IMonitoringCollector.h"
+#include "Arq/Monitoring/IMonitoringProcessorConfigurator.h"
+#include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
+#include "Arq/Worker/StoppableWorker.h"
+
+namespace Arq::Monitoring {
+
+// Owns one collector and the collection thread: every period it asks the
+// collector to refresh the process-wide monitoring values that the SNMP side
+// reads. The first collection happens one period after construction. It is
+// also the run-time configurator of the collection (on/off, period); a change
+// wakes the thread at once.
+class MonitoringProcessor : public Worker::StoppableWorker,
+                            public IMonitoringProcessorConfigurator {
+ public:
+  MonitoringProcessor(bool collectMetrics, int collectMetricsPeriod,
+                      std::unique_ptr<IMonitoringCollector> collector);
+  ~MonitoringProcessor() override;
+
+  void Run() override;
+  void Stop() override;
+  void SetCollectMetrics(bool collectMetrics) override;
+  bool IsCollectMetrics() override;
+  void SetCollectMetricsPeriod(int seconds) override;
+  int GetCollectMetricsPeriod() override;
+
+  // The one values set of the process, shared with the SNMP handlers.
+  static OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s monitoringValues;
+
+ private:
+  void Loop();
+  void WaitForCollectInterval();
+  void Collect();
+  void Wake();
+
+  // Plain fields: written by the configuring thread, read by the collection
+  // thread after the wake-up the write causes.
+  std::atomic<bool> collectMetrics_;
+  std::atomic<int> collectMetricsPeriod_;
+  std::unique_ptr<IMonitoringCollector> collector_;
+  std::unique_ptr<std::thread> thread_;
+  std::mutex wakeMutex_;
+  std::condition_variable wakeCondition_;
+  bool wake_ = false;
+  std::mutex stopMutex_;
+};
+
+}  // namespace Arq::Monitoring

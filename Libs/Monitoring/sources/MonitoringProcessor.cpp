@@ -1,0 +1,99 @@
+#include "Arq/Monitoring/MonitoringProcessor.h"
+
+#include <net-snmp/net-snmp-config.h>
+#include <net-snmp/net-snmp-includes.h>
+
+#include <chrono>
+#include <exception>
+
+namespace Arq::Monitoring {
+
+OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s MonitoringProcessor::monitoringValues;
+
+MonitoringProcessor::MonitoringProcessor(bool collectMetrics, int collectMetricsPeriod,
+                                         std::unique_ptr<IMonitoringCollector> collector)
+    : collectMetrics_(collectMetrics),
+      collectMetricsPeriod_(collectMetricsPeriod),
+      collector_(std::move(collector)) {
+  Run();
+}
+
+MonitoringProcessor::~MonitoringProcessor() {
+  snmp_log(LOG_INFO, "MonitoringProcessor Closing\n");
+  Stop();
+  if (thread_ && thread_->joinable()) thread_->join();
+  snmp_log(LOG_INFO, "MonitoringProcessor Closed\n");
+}
+
+void MonitoringProcessor::Run() {
+  if (thread_) return;
+  thread_ = std::make_unique<std::thread>([this] { Loop(); });
+}
+
+void MonitoringProcessor::Stop() {
+  {
+    // The stop signal is one-shot: a second Stop (the destructor's) only wakes.
+    std::lock_guard<std::mutex> lock(stopMutex_);
+    if (!StopRequested()) StoppableWorker::Stop();
+  }
+  Wake();
+}
+
+void MonitoringProcessor::SetCollectMetrics(bool collectMetrics) {
+  if (collectMetrics_ == collectMetrics) return;
+  collectMetrics_ = collectMetrics;
+  Wake();
+}
+
+bool MonitoringProcessor::IsCollectMetrics() {
+  return collectMetrics_;
+}
+
+void MonitoringProcessor::SetCollectMetricsPeriod(int seconds) {
+  if (collectMetricsPeriod_ == seconds) return;
+  collectMetricsPeriod_ = seconds;
+  Wake();
+}
+
+int MonitoringProcessor::GetCollectMetricsPeriod() {
+  return collectMetricsPeriod_;
+}
+
+void MonitoringProcessor::Wake() {
+  {
+    std::lock_guard<std::mutex> lock(wakeMutex_);
+    wake_ = true;
+  }
+  wakeCondition_.notify_all();
+}
+
+void MonitoringProcessor::Loop() {
+  while (!StopRequested()) {
+    WaitForCollectInterval();
+    if (StopRequested()) return;
+    if (!collectMetrics_) continue;
+    Collect();
+  }
+}
+
+void MonitoringProcessor::WaitForCollectInterval() {
+  const long long period = collectMetricsPeriod_;
+  std::unique_lock<std::mutex> lock(wakeMutex_);
+  const bool woken = wake_;
+  wake_ = false;
+  if (woken) return;
+  const auto deadline =
+      std::chrono::steady_clock::now() + std::chrono::nanoseconds(period * 1000000000LL);
+  // A wake during the wait ends it but stays set, so the next wait is skipped.
+  wakeCondition_.wait_until(lock, deadline, [this] { return wake_; });
+}
+
+void MonitoringProcessor::Collect() {
+  try {
+    collector_->Collect(&monitoringValues);
+  } catch (const std::exception& error) {
+    snmp_log(LOG_ERR, "Error: %s\n", error.what());
+  }
+}
+
+}  // namespace Arq::Monitoring

@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+
+#include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
+#include "Arq/Monitoring/MetricConverter/LldpTlv.h"
+#include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
+
+namespace {
+
+namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
+namespace Metrics = Arq::OrvoViaSwitch::Domain::Dto::Metrics;
+namespace Tlv = Arq::Monitoring::MetricConverter::LldpTlv;
+using Arq::Monitoring::MetricConverter::ConfigMetricConverter;
+using Arq::Monitoring::MetricConverter::LLDPMetricConverter;
+using Arq::Monitoring::MetricConverter::PTPMetricConverter;
+using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
+
+std::string B(std::initializer_list<int> bytes) {
+  std::string s;
+  for (int b : bytes) s += static_cast<char>(b);
+  return s;
+}
+
+TEST(LldpTlvTest, HeaderIsCheckedAgainstTheRealSize) {
+  EXPECT_EQ(Tlv::Value(B({0x0a, 0x02, 'a', 'b'}), 5), std::optional<std::string_view>("ab"));
+  EXPECT_EQ(Tlv::Value(B({0x0a, 0x02, 'a', 'b', 'c'}), 5), std::optional<std::string_view>("ab"));
+  EXPECT_FALSE(Tlv::Value(B({0x0a, 0x03, 'a', 'b'}), 5));  // length beyond the text
+  EXPECT_FALSE(Tlv::Value(B({0x0a, 0x02, 'a', 'b'}), 4));  // other type
+  EXPECT_FALSE(Tlv::Value(B({0x0a}), 5));
+  EXPECT_FALSE(Tlv::Value("", 5));
+  // The ninth length bit lives in the first byte.
+  const std::string big = Tlv::Encode(6, std::string(300, 'x'));
+  EXPECT_EQ(big.size(), 302u);
+  EXPECT_EQ(static_cast<unsigned char>(big[0]), 0x0d);
+  EXPECT_EQ(Tlv::Value(big, 6)->size(), 300u);
+  EXPECT_EQ(Tlv::Encode(6, std::string(600, 'x')).size(), 513u);
+}
+
+TEST(LldpTlvTest, ChassisAndPortIdentifiersBySubtype) {
+  const std::string mac = B({0x00, 0x1B, 0x21, 0x3a, 0x4f, 0x5e});
+  struct Case {
+    std::string tlv;
+    std::optional<std::string> chassis;
+  };
+  const Case chassis[] = {
+      {Tlv::Encode(1, B({4}) + mac), "00:1b:21:3a:4f:5e"},
+      {Tlv::Encode(1, B({4}) + mac.substr(0, 5)), ""},
+      {Tlv::Encode(1, B({5, 1, 10, 0, 0, 7})), "10.0.0.7"},
+      {Tlv::Encode(1, B({7}) + "rack3\x01sw"), "rack3.sw"},
+      {Tlv::Encode(1, B({6}) + "bond0  "), "bond0"},
+      {Tlv::Encode(1, ""), std::nullopt},
+      {Tlv::Encode(2, B({4}) + mac), std::nullopt},
+  };
+  for (const auto& c : chassis) EXPECT_EQ(Tlv::ChassisId(c.tlv), c.chassis);
+
+  const auto byMac = Tlv::PortIdentifier(Tlv::Encode(2, B({3}) + mac));
+  ASSERT_TRUE(byMac);
+  EXPECT_EQ(byMac->macAddress, "00:1b:21:3a:4f:5e");
+  EXPECT_EQ(byMac->interfaceName, "");
+  const auto byName = Tlv::PortIdentifier(Tlv::Encode(2, B({5}) + "Ethernet1/49"));
+  ASSERT_TRUE(byName);
+  EXPECT_EQ(byName->macAddress, "");
+  EXPECT_EQ(byName->interfaceName, "Ethernet1/49");
+  EXPECT_FALSE(Tlv::PortIdentifier(B({0x04, 0x09, 0x05, 'x'})));
+}
+
+TEST(LldpTlvTest, ManagementAddressAndTimeToLive) {
+  EXPECT_EQ(Tlv::ManagementAddress(Tlv::Encode(8, B({5, 1, 192, 0, 2, 33, 2, 0, 0, 0, 1, 0}))),
+            "192.0.2.33");
+  EXPECT_EQ(Tlv::ManagementAddress(Tlv::Encode(8, B({5, 1, 192, 0, 2}))), std::nullopt);
+  EXPECT_EQ(Tlv::ManagementAddress(Tlv::Encode(8, B({17, 2, 0x20, 0x01}))), std::nullopt);
+  EXPECT_EQ(Tlv::ManagementAddress(Tlv::Encode(8, B({0, 1}))), std::nullopt);
+
+  EXPECT_EQ(Tlv::TimeToLive(Tlv::Encode(3, B({0x00, 0x78}))), 120);
+  EXPECT_EQ(Tlv::TimeToLive(Tlv::Encode(3, B({0x12, 0x34}))), 0x1234);
+  EXPECT_EQ(Tlv::TimeToLive(Tlv::Encode(3, B({0x00}))), 121);
+  EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x02})), 121);
+  EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x05, 0x00, 0x78})), 121);
+  EXPECT_EQ(Tlv::TimeToLive(Tlv::Encode(4, B({0x00, 0x78}))), 121);
+}
+
+TEST(LldpTlvTest, SystemDescriptionSplit) {
+  struct Case {
+    const char* text;
+    const char* type;
+    const char* serial;
+    const char* version;
+  };
+  const Case cases[] = {
+      {"Arq OrvoVia-48X; SN OV48X-1; 5.4.1", "Arq OrvoVia-48X", "SN OV48X-1", "5.4.1"},
+      {"Model only", "Model only", "", ""},
+      {" A ;B", "A", "B", ""},
+      {"A;B;C;D", "A", "B", "C;D"},
+      {"", "", "", ""},
+  };
+  for (const auto& c : cases) {
+    const auto parts = Tlv::SplitSystemDescription(c.text);
+    EXPECT_EQ(parts.deviceType, c.type);
+    EXPECT_EQ(parts.serialNumber, c.serial);
+    EXPECT_EQ(parts.version, c.version);
+  }
+}
+
+TEST(LLDPMetricConverterTest, NeighbourFieldsFromWholeTlvs) {
+  Dto::LldpInfo info;
+  info.IfName = "eth21";
+  info.Tlv[Dto::LldpTlvType::ChassisId] = Tlv::Encode(1, B({4, 0, 0x1b, 0x21, 0x3a, 0x4f, 0x5e}));
+  info.Tlv[Dto::LldpTlvType::PortId] = Tlv::Encode(2, B({5}) + "Ethernet1/49");
+  info.Tlv[Dto::LldpTlvType::TimeToLive] = Tlv::Encode(3, B({0, 120}));
+  info.Tlv[Dto::LldpTlvType::SystemName] = Tlv::Encode(5, "core-sw-01");
+  info.Tlv[Dto::LldpTlvType::SystemDescription] = Tlv::Encode(6, "Arq X; SN1; 5.4.1");
+  info.Tlv[Dto::LldpTlvType::ManagementAddress] = Tlv::Encode(8, B({5, 1, 10, 20, 0, 1}));
+  auto metric = LLDPMetricConverter::ToLLDPInfoMetric(info);
+  EXPECT_EQ(metric.localInterface, "eth21");
+  EXPECT_EQ(metric.version, "5.4.1");
+  EXPECT_EQ(metric.deviceType, "Arq X");
+  EXPECT_EQ(metric.deviceName, "core-sw-01");
+  EXPECT_EQ(metric.chassisId, "00:1b:21:3a:4f:5e");
+  EXPECT_EQ(metric.ipAddress, "10.20.0.1");
+  EXPECT_EQ(metric.macAddress, "");
+  EXPECT_EQ(metric.interfaceName, "Ethernet1/49");
+  EXPECT_EQ(metric.timeToLive, 120);
+  EXPECT_EQ(metric.serialNumber, "SN1");
+
+  // A Port Description wins over the Port ID's name; a MAC Port ID gives no name.
+  info.Tlv[Dto::LldpTlvType::PortDescription] = Tlv::Encode(4, "uplink 3");
+  EXPECT_EQ(LLDPMetricConverter::ToLLDPInfoMetric(info).interfaceName, "uplink 3");
+  info.Tlv.erase(Dto::LldpTlvType::PortDescription);
+  info.Tlv[Dto::LldpTlvType::PortId] = Tlv::Encode(2, B({3, 2, 0, 0, 0, 0, 9}));
+  metric = LLDPMetricConverter::ToLLDPInfoMetric(info);
+  EXPECT_EQ(metric.macAddress, "02:00:00:00:00:09");
+  EXPECT_EQ(metric.interfaceName, "");
+}
+
+TEST(LLDPMetricConverterTest, GarbageTlvsLeaveDefaultsAndNeverReadOutside) {
+  std::mt19937 random(20261123);
+  std::uniform_int_distribution<int> byte(0, 255);
+  std::uniform_int_distribution<int> size(0, 40);
+  const Metrics::LLDPInfoMetric defaults;
+  for (int round = 0; round < 2000; ++round) {
+    Dto::LldpInfo info;
+    for (auto type : {Dto::LldpTlvType::ChassisId, Dto::LldpTlvType::PortId,
+                      Dto::LldpTlvType::TimeToLive, Dto::LldpTlvType::PortDescription,
+                      Dto::LldpTlvType::SystemName, Dto::LldpTlvType::SystemDescription,
+                      Dto::LldpTlvType::ManagementAddress}) {
+      std::string garbage;
+      const int n = size(random);
+      for (int i = 0; i < n; ++i) garbage += static_cast<char>(byte(random));
+      info.Tlv[type] = garbage;
+    }
+    const auto metric = LLDPMetricConverter::ToLLDPInfoMetric(info);
+    EXPECT_TRUE(metric.timeToLive == 121 || (metric.timeToLive >= 0 && metric.timeToLive < 65536));
+    for (char c : metric.deviceName + metric.chassisId + metric.interfaceName) {
+      ASSERT_TRUE(c >= 0x20 && c <= 0x7e);
+    }
+  }
+  Dto::LldpInfo truncated;
+  truncated.Tlv[Dto::LldpTlvType::SystemName] = B({0x0a, 0x7f, 'x'});
+  truncated.Tlv[Dto::LldpTlvType::ChassisId] = "";
+  EXPECT_EQ(LLDPMetricConverter::ToLLDPInfoMetric(truncated), defaults);
+}
+
+TEST(LLDPMetricConverterTest, LocalIdentityAndNeighbourHolders) {
+  auto values = std::make_unique<Values>();
+  Dto::LldpConfig config;
+  config.SystemName = "orvovia-sw";
+  config.SystemDescr = "Arq OrvoVia-24; SN OV24-9; 2.2.23";
+  config.ManagementIP = "192.0.2.10";
+  LLDPMetricConverter::ToMetric(config, "02:A0:C9:00:00:01", &values->lLDPMetric);
+  auto local = values->lLDPMetric.Value();
+  EXPECT_EQ(local.chassisId, "02:a0:c9:00:00:01");
+  EXPECT_EQ(local.deviceName, "orvovia-sw");
+  EXPECT_EQ(local.manufacturer, "Arq OrvoVia-24");
+  EXPECT_EQ(local.serialNumber, "SN OV24-9");
+  EXPECT_EQ(local.deviceVersion, "2.2.23");
+  EXPECT_EQ(local.ipManagementAddress, "192.0.2.10");
+  config.ChassisId = "sw-chassis-7";
+  LLDPMetricConverter::ToMetric(config, "02a0c9000001", &values->lLDPMetric);
+  EXPECT_EQ(values->lLDPMetric.Value().chassisId, "sw-chassis-7");
+  EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("02a0C9000001"), "02:a0:c9:00:00:01");
+  EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("02-a0-c9-00-00-01"), "02:a0:c9:00:00:01");
+  EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("not a mac"), "not a mac");
+
+  std::vector<Dto::LldpInfo> infos(62);
+  for (std::size_t i = 0; i < infos.size(); ++i) infos[i].IfName = "eth" + std::to_string(i);
+  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data()), 62u);
+  EXPECT_EQ(values->lLDPInfoMetrics[59].Value().localInterface, "eth59");
+  infos.resize(2);
+  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data()), 2u);
+  EXPECT_EQ(values->lLDPInfoMetrics[2].Value(), Metrics::LLDPInfoMetric());
+}
+
+TEST(PTPAndConfigMetricConverterTest, FiveRecordsJoinedListsAndConfigState) {
+  auto values = std::make_unique<Values>();
+  std::vector<Dto::PTPConfig> configs(6);
+  configs[0].Domain = 127;
+  configs[0].PacketType = Dto::PTPPacketType::UDP;
+  configs[0].ClockMode = Dto::PTPClockMode::Transparent;
+  configs[0].IfList = {"eth1", "eth2", "eth3"};
+  configs[0].SlaveIfList = {"eth9"};
+  configs[4].Domain = 4;
+  EXPECT_EQ(PTPMetricConverter::ToMetric(configs, values->pTPMetrics.data()), 6u);
+  const auto first = values->pTPMetrics[0].Value();
+  EXPECT_EQ(first.domain, 127);
+  EXPECT_EQ(first.packetType, 2);
+  EXPECT_EQ(first.clockMode, 0);
+  EXPECT_EQ(first.interfaces, "eth1 eth2 eth3");
+  EXPECT_EQ(values->pTPMetrics[4].Value().domain, 4);
+  configs.clear();
+  EXPECT_EQ(PTPMetricConverter::ToMetric(configs, values->pTPMetrics.data()), 0u);
+  EXPECT_EQ(values->pTPMetrics[0].Value(), Metrics::PTPMetric());
+
+  Dto::ConfigFile file;
+  file.Name = "studio.cfg";
+  file.State = Dto::ConfigState::altered;
+  ConfigMetricConverter::ToMetric(file, &values->currentConfigMetric);
+  EXPECT_EQ(values->currentConfigMetric.Value().name, "studio.cfg");
+  EXPECT_EQ(values->currentConfigMetric.Value().state, 1);
+}
+
+}  // namespace

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Arq::Monitoring::Testing {
+
+// Collects every snmp_log line written while it lives (Net-SNMP callback log).
+class SnmpLogCapture {
+ public:
+  SnmpLogCapture();
+  ~SnmpLogCapture();
+  std::vector<std::string> Lines() const;
+};
+
+}  // namespace Arq::Monitoring::Testing
