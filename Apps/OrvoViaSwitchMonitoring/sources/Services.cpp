@@ -1,0 +1,19 @@
+#include "Arq/OrvoViaSwitchMonitoring/Services.h"
+
+#include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
+#include "Arq/Snmp/SnmpSubAgent.h"
+
+namespace Arq::OrvoViaSwitchMonitoring {
+
+void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& processor,
+                 const InputParameters::Parameters& parameters,
+                 std::unique_ptr<Worker::IWorker>& optionsWorker) {
+  auto updater = std::make_shared<DynamicParametersUpdater>(processor);
+  optionsWorker = DynamicParameters::DynamicParametersWorkerFactory::CreateWorkerAndRun(
+      updater, parameters.dataSetupFolder, parameters.optionsFilename);
+  auto agent = std::make_unique<Snmp::SnmpSubAgent>(parameters.redirectOutput);
+  agent->Run();
+  agent.reset();
+}
+
+}  // namespace Arq::OrvoViaSwitchMonitoring

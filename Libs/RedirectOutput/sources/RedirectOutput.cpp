@@ -1,0 +1,109 @@
+#include "Arq/RedirectOutput/RedirectOutput.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <ctime>
+
+namespace Arq::RedirectOutput {
+
+RedirectOutput::RedirectOutput(const char* path, FILE* stream, Providers providers)
+    : path_(path), backupPath_(path_ + ".bak"), stream_(stream), providers_(std::move(providers)) {
+  Redirect(path, "a", stream);
+  writeBanners_ = true;
+}
+
+RedirectOutput::RedirectOutput(const char* path, FILE* stream)
+    : RedirectOutput(path, stream, Providers()) {}
+
+void RedirectOutput::Redirect(const char* path, const char* mode, FILE* stream) {
+  const std::string time = BannerProvider::UtcAscTime();
+  stream_ = std::freopen(path, mode, stream);
+  if (stream_ == nullptr) return;
+  std::setbuf(stream_, nullptr);
+  if (writeBanners_) {
+    WriteBanner("----------------------------------- " + time +
+                " -----------------------------------\n");
+  }
+}
+
+void RedirectOutput::WriteBanner(const std::string& text) {
+  if (stream_ == nullptr) return;
+  std::string banner(96, '-');
+  banner += '\n';
+  if (providers_.empty()) {
+    banner += text;
+  } else {
+    for (const auto& provider : providers_) banner += provider->GetBanner() + "\n";
+  }
+  banner += std::string(96, '-') + "\n";
+  std::fputs(banner.c_str(), stream_);
+}
+
+long RedirectOutput::Size() const {
+  struct stat status {};
+  if (stream_ == nullptr) return 0;
+  const int fd = fileno(stream_);
+  if (fd < 0 || fstat(fd, &status) != 0) return 0;
+  return static_cast<long>(status.st_size);
+}
+
+bool RedirectOutput::Split(long maxSize) {
+  struct stat status {};
+  const int fd = stream_ != nullptr ? fileno(stream_) : -1;
+  if (fd >= 0 && fstat(fd, &status) == 0) {
+    if (status.st_size <= maxSize) return false;
+  } else if (maxSize >= 0) {
+    return false;
+  }
+  std::rename(path_.c_str(), backupPath_.c_str());
+  Redirect(path_.c_str(), "w", stream_ != nullptr ? stream_ : stdout);
+  return true;
+}
+
+RedirectOutputWorker::RedirectOutputWorker(RedirectOutput redirectOutput, int splitPeriod,
+                                           long maxSize)
+    : redirectOutput_(std::make_unique<RedirectOutput>(std::move(redirectOutput))),
+      splitPeriod_(splitPeriod),
+      maxSize_(maxSize) {}
+
+RedirectOutputWorker::~RedirectOutputWorker() {
+  if (!StopRequested()) Stop();
+  if (thread_ && thread_->joinable()) thread_->join();
+}
+
+void RedirectOutputWorker::Run() {
+  if (thread_) return;
+  thread_ = std::make_unique<std::thread>([this, output = std::move(redirectOutput_)]() mutable {
+    int seconds = 0;
+    while (!StopRequested()) {
+      // A sleep interrupted by a signal is started again, whole.
+      const timespec oneSecond{1, 0};
+      while (nanosleep(&oneSecond, nullptr) != 0 && errno == EINTR) {
+      }
+      if (++seconds == splitPeriod_) {
+        output->Split(maxSize_);
+        seconds = 0;
+      }
+    }
+  });
+}
+
+std::unique_ptr<Worker::IWorker> RedirectOutputWorkerFactory::Create(const std::string& path,
+                                                                     int splitPeriod, long maxSize,
+                                                                     Providers providers) {
+  if (path.empty()) return std::make_unique<DummyRedirectOutputWorker>();
+  return std::make_unique<RedirectOutputWorker>(
+      RedirectOutput(path.c_str(), stdout, std::move(providers)), splitPeriod, maxSize);
+}
+
+std::unique_ptr<Worker::IWorker> RedirectOutputWorkerFactory::CreateAndRun(const std::string& path,
+                                                                           int splitPeriod,
+                                                                           long maxSize,
+                                                                           Providers providers) {
+  auto worker = Create(path, splitPeriod, maxSize, std::move(providers));
+  worker->Run();
+  return worker;
+}
+
+}  // namespace Arq::RedirectOutput

@@ -1,0 +1,68 @@
+#include "Mechanism.h"
+#include "Modules.h"
+
+namespace Arq::Snmp {
+
+using namespace Mechanism;
+
+using arqSwitchOrvoViaHardwareInfosTable_user_context_s = TableUserContext;
+static arqSwitchOrvoViaHardwareInfosTable_user_context_s
+    arqSwitchOrvoViaHardwareInfosTableUserContext;
+
+GeneratedRow data_access_to_generated(const Metrics::LLDPInfoMetric& metric) {
+  GeneratedRow row;
+  row.push_back(Cell::Text(metric.localInterface, 20));
+  row.push_back(Cell::Text(metric.version, 30));
+  row.push_back(Cell::Text(metric.deviceType, 20));
+  row.push_back(Cell::Text(metric.deviceName, 30));
+  row.push_back(Cell::Text(metric.chassisId, 20));
+  row.push_back(Cell::Text(metric.ipAddress, 20, ColumnSyntax::IpAddress));
+  row.push_back(Cell::Text(metric.macAddress, 20));
+  row.push_back(Cell::Text(metric.interfaceName, 20));
+  row.push_back(Cell::Integer(metric.timeToLive));
+  row.push_back(Cell::Text(metric.serialNumber, 20));
+  return row;
+}
+
+static void update_user_context_from_monitoring(
+    arqSwitchOrvoViaHardwareInfosTable_user_context_s& context, long row) {
+  RefreshRow(
+      context.rows[static_cast<std::size_t>(row)],
+      context.monitoringValues->lLDPInfoMetrics[static_cast<std::size_t>(row)],
+      [row] { return Format("lLDPInfoMetrics has changed on row: %ld.\n", row); },
+      [](const Metrics::LLDPInfoMetric& metric) { return data_access_to_generated(metric); });
+}
+
+static void InitializeSwitchOrvoViaHardwareInfosTable() {
+  CreateRows(arqSwitchOrvoViaHardwareInfosTableUserContext,
+             data_access_to_generated(Metrics::LLDPInfoMetric()), 60);
+}
+
+int arqSwitchOrvoViaHardwareInfosTable_handler(netsnmp_mib_handler*, netsnmp_handler_registration*,
+                                               netsnmp_agent_request_info* reqinfo,
+                                               netsnmp_request_info* requests) {
+  return HandleTable(
+      arqSwitchOrvoViaHardwareInfosTableUserContext, 60, reqinfo, requests, [](long row) {
+        update_user_context_from_monitoring(arqSwitchOrvoViaHardwareInfosTableUserContext, row);
+      });
+}
+
+void initialize_table_arqSwitchOrvoViaHardwareInfosTable() {
+  InitializeTable(arqSwitchOrvoViaHardwareInfosTableUserContext,
+                  {"arqSwitchOrvoViaHardwareInfosTable",
+                   {5, 2},
+                   data_access_to_generated(Metrics::LLDPInfoMetric())},
+                  arqSwitchOrvoViaHardwareInfosTable_handler);
+  InitializeSwitchOrvoViaHardwareInfosTable();
+  snmp_log(LOG_INFO, "initialize_table_arqSwitchOrvoViaHardwareInfosTable Initializing Done.\n");
+}
+
+void init_arqSwitchOrvoViaHardwareInfosTable() {
+  initialize_table_arqSwitchOrvoViaHardwareInfosTable();
+}
+
+void shutdown_arqSwitchOrvoViaHardwareInfosTable() {
+  ShutdownTable(arqSwitchOrvoViaHardwareInfosTableUserContext);
+}
+
+}  // namespace Arq::Snmp

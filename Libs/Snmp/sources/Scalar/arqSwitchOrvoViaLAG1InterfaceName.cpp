@@ -1,0 +1,28 @@
+#include "Mechanism.h"
+#include "Modules.h"
+#include "Scalar/LAGInterfaceScalars.h"
+
+namespace Arq::Snmp {
+
+using namespace Mechanism;
+
+// arqSwitchOrvoViaLAG1InterfaceName.0: LAG 1's name.
+static arqSwitchOrvoViaLAGInterfaceName_user_context_s arqSwitchOrvoViaLAG1InterfaceNameUserContext(
+    Blank<20>());
+
+int handle_arqSwitchOrvoViaLAG1InterfaceName(netsnmp_mib_handler*, netsnmp_handler_registration*,
+                                             netsnmp_agent_request_info* reqinfo,
+                                             netsnmp_request_info* requests) {
+  update_user_context_from_monitoring(arqSwitchOrvoViaLAG1InterfaceNameUserContext, 0);
+  return AnswerScalar("handle_arqSwitchOrvoViaLAG1InterfaceName", ScalarSyntax::OctetString,
+                      arqSwitchOrvoViaLAG1InterfaceNameUserContext, reqinfo, requests);
+}
+
+void init_arqSwitchOrvoViaLAG1InterfaceName() {
+  arqSwitchOrvoViaLAG1InterfaceNameUserContext.monitoringValues =
+      &Monitoring::MonitoringProcessor::monitoringValues;
+  RegisterScalar("arqSwitchOrvoViaLAG1InterfaceName", handle_arqSwitchOrvoViaLAG1InterfaceName,
+                 {7, 2, 1});
+}
+
+}  // namespace Arq::Snmp

@@ -1,0 +1,45 @@
+#include "Mechanism.h"
+#include "Modules.h"
+
+namespace Arq::Snmp {
+
+using namespace Mechanism;
+
+// arqSwitchOrvoViaLLDPLocalDeviceVersion.0: OCTET STRING; the LLDP metric's deviceVersion, cut to
+// 20 bytes.
+struct arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s : TextScalar<20> {
+  using ScalarUserContext::ScalarUserContext;
+};
+static arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s
+    arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext(Blank<20>());
+
+static std::array<char, 20> device_version_data_access_to_generated(
+    const Metrics::LLDPMetric& metric) {
+  return ToBuffer<20>(metric.deviceVersion);
+}
+
+static void update_user_context_from_monitoring(
+    arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s& context) {
+  RefreshScalar(
+      context, context.monitoringValues->lLDPMetric,
+      [] { return "lLDPMetric has changed (LocalDeviceVersion).\n"; },
+      device_version_data_access_to_generated);
+}
+
+int handle_arqSwitchOrvoViaLLDPLocalDeviceVersion(netsnmp_mib_handler*,
+                                                  netsnmp_handler_registration*,
+                                                  netsnmp_agent_request_info* reqinfo,
+                                                  netsnmp_request_info* requests) {
+  update_user_context_from_monitoring(arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext);
+  return AnswerScalar("handle_arqSwitchOrvoViaLLDPLocalDeviceVersion", ScalarSyntax::OctetString,
+                      arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext, reqinfo, requests);
+}
+
+void init_arqSwitchOrvoViaLLDPLocalDeviceVersion() {
+  arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext.monitoringValues =
+      &Monitoring::MonitoringProcessor::monitoringValues;
+  RegisterScalar("arqSwitchOrvoViaLLDPLocalDeviceVersion",
+                 handle_arqSwitchOrvoViaLLDPLocalDeviceVersion, {4, 5});
+}
+
+}  // namespace Arq::Snmp

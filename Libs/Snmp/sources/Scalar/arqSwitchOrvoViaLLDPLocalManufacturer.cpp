@@ -1,0 +1,45 @@
+#include "Mechanism.h"
+#include "Modules.h"
+
+namespace Arq::Snmp {
+
+using namespace Mechanism;
+
+// arqSwitchOrvoViaLLDPLocalManufacturer.0: OCTET STRING; the LLDP metric's manufacturer, cut to 20
+// bytes.
+struct arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s : TextScalar<20> {
+  using ScalarUserContext::ScalarUserContext;
+};
+static arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s
+    arqSwitchOrvoViaLLDPLocalManufacturerUserContext(Blank<20>());
+
+static std::array<char, 20> manufacturer_data_access_to_generated(
+    const Metrics::LLDPMetric& metric) {
+  return ToBuffer<20>(metric.manufacturer);
+}
+
+static void update_user_context_from_monitoring(
+    arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s& context) {
+  RefreshScalar(
+      context, context.monitoringValues->lLDPMetric,
+      [] { return "lLDPMetric has changed (LocalManufacturer).\n"; },
+      manufacturer_data_access_to_generated);
+}
+
+int handle_arqSwitchOrvoViaLLDPLocalManufacturer(netsnmp_mib_handler*,
+                                                 netsnmp_handler_registration*,
+                                                 netsnmp_agent_request_info* reqinfo,
+                                                 netsnmp_request_info* requests) {
+  update_user_context_from_monitoring(arqSwitchOrvoViaLLDPLocalManufacturerUserContext);
+  return AnswerScalar("handle_arqSwitchOrvoViaLLDPLocalManufacturer", ScalarSyntax::OctetString,
+                      arqSwitchOrvoViaLLDPLocalManufacturerUserContext, reqinfo, requests);
+}
+
+void init_arqSwitchOrvoViaLLDPLocalManufacturer() {
+  arqSwitchOrvoViaLLDPLocalManufacturerUserContext.monitoringValues =
+      &Monitoring::MonitoringProcessor::monitoringValues;
+  RegisterScalar("arqSwitchOrvoViaLLDPLocalManufacturer",
+                 handle_arqSwitchOrvoViaLLDPLocalManufacturer, {4, 2});
+}
+
+}  // namespace Arq::Snmp

@@ -1,0 +1,45 @@
+#include "Mechanism.h"
+#include "Modules.h"
+
+namespace Arq::Snmp {
+
+using namespace Mechanism;
+
+// arqSwitchOrvoViaLLDPLocalSerialNumber.0: OCTET STRING; the LLDP metric's serialNumber, cut to 20
+// bytes.
+struct arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s : TextScalar<20> {
+  using ScalarUserContext::ScalarUserContext;
+};
+static arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s
+    arqSwitchOrvoViaLLDPLocalSerialNumberUserContext(Blank<20>());
+
+static std::array<char, 20> serial_number_data_access_to_generated(
+    const Metrics::LLDPMetric& metric) {
+  return ToBuffer<20>(metric.serialNumber);
+}
+
+static void update_user_context_from_monitoring(
+    arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s& context) {
+  RefreshScalar(
+      context, context.monitoringValues->lLDPMetric,
+      [] { return "lLDPMetric has changed (LocalSerialNumber).\n"; },
+      serial_number_data_access_to_generated);
+}
+
+int handle_arqSwitchOrvoViaLLDPLocalSerialNumber(netsnmp_mib_handler*,
+                                                 netsnmp_handler_registration*,
+                                                 netsnmp_agent_request_info* reqinfo,
+                                                 netsnmp_request_info* requests) {
+  update_user_context_from_monitoring(arqSwitchOrvoViaLLDPLocalSerialNumberUserContext);
+  return AnswerScalar("handle_arqSwitchOrvoViaLLDPLocalSerialNumber", ScalarSyntax::OctetString,
+                      arqSwitchOrvoViaLLDPLocalSerialNumberUserContext, reqinfo, requests);
+}
+
+void init_arqSwitchOrvoViaLLDPLocalSerialNumber() {
+  arqSwitchOrvoViaLLDPLocalSerialNumberUserContext.monitoringValues =
+      &Monitoring::MonitoringProcessor::monitoringValues;
+  RegisterScalar("arqSwitchOrvoViaLLDPLocalSerialNumber",
+                 handle_arqSwitchOrvoViaLLDPLocalSerialNumber, {4, 6});
+}
+
+}  // namespace Arq::Snmp

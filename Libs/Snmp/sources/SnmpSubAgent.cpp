@@ -1,0 +1,102 @@
+#include "Arq/Snmp/SnmpSubAgent.h"
+
+#include <csignal>
+
+#include "Mechanism.h"
+#include "Modules.h"
+
+namespace {
+
+// Written by the signal handler, read by the run loop.
+volatile std::sig_atomic_t keep_running = 0;
+
+constexpr const char* kApplicationName = "orvovia-snmpd";
+
+}  // namespace
+
+extern "C" void stop_server(int) {
+  keep_running = 0;
+}
+
+namespace Arq::Snmp {
+
+SnmpSubAgent::SnmpSubAgent(const std::string& logFileName)
+    : logFileName(logFileName), agentxSubagent(1), useSyslog(0) {}
+
+void SnmpSubAgent::Run() {
+  if (!logFileName.empty()) {
+    snmp_enable_filelog(logFileName.c_str(), 1);
+  } else if (useSyslog != 0) {
+    snmp_enable_syslog();
+  } else {
+    snmp_enable_stderrlog();
+  }
+  if (agentxSubagent != 0) {
+    netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
+  }
+  init_agent(kApplicationName);
+
+  init_arqSwitchOrvoViaNbEthernetInterfaces();
+  init_arqSwitchOrvoViaEthernetInterfacesTable();
+  init_arqSwitchOrvoViaNbPRSInterfaces();
+  init_arqSwitchOrvoViaPRSInterfacesTable();
+  init_arqSwitchOrvoViaNbPTPs();
+  init_arqSwitchOrvoViaPTPsTable();
+  init_arqSwitchOrvoViaLLDPLocalChassisId();
+  init_arqSwitchOrvoViaLLDPLocalManufacturer();
+  init_arqSwitchOrvoViaLLDPLocalDeviceName();
+  init_arqSwitchOrvoViaLLDPLocalIPManagementAddress();
+  init_arqSwitchOrvoViaLLDPLocalDeviceVersion();
+  init_arqSwitchOrvoViaLLDPLocalSerialNumber();
+  init_arqSwitchOrvoViaNbHardwareInfos();
+  init_arqSwitchOrvoViaHardwareInfosTable();
+  init_arqSwitchOrvoViaConfigCurrentConfigName();
+  init_arqSwitchOrvoViaConfigCurrentConfigState();
+  init_arqSwitchOrvoViaNbLAGInterfaces();
+  init_arqSwitchOrvoViaLAG1InterfaceName();
+  init_arqSwitchOrvoViaLAG1InterfaceStatus();
+  init_arqSwitchOrvoViaLAG1InterfaceVlanId();
+  init_arqSwitchOrvoViaLAG1InterfaceVlanIds();
+  init_arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts();
+  init_arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable();
+  init_arqSwitchOrvoViaLAG2InterfaceName();
+  init_arqSwitchOrvoViaLAG2InterfaceStatus();
+  init_arqSwitchOrvoViaLAG2InterfaceVlanId();
+  init_arqSwitchOrvoViaLAG2InterfaceVlanIds();
+  init_arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts();
+  init_arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable();
+  init_arqSwitchOrvoViaLAG3InterfaceName();
+  init_arqSwitchOrvoViaLAG3InterfaceStatus();
+  init_arqSwitchOrvoViaLAG3InterfaceVlanId();
+  init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
+  init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
+  init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+
+  if (agentxSubagent == 0) {
+    init_vacm();
+    init_usm();
+  }
+  init_snmp(kApplicationName);
+  if (agentxSubagent == 0) init_master_agent();
+
+  keep_running = 1;
+  signal(SIGTERM, stop_server);
+  signal(SIGINT, stop_server);
+  // SIGKILL cannot be caught: this call fails, harmlessly, and is ignored.
+  signal(SIGKILL, stop_server);
+  snmp_log(LOG_INFO, "orvovia-snmpd is up and running.\n");
+
+  while (keep_running != 0) agent_check_and_process(1);
+
+  shutdown_arqSwitchOrvoViaEthernetInterfacesTable();
+  shutdown_arqSwitchOrvoViaPRSInterfacesTable();
+  shutdown_arqSwitchOrvoViaPTPsTable();
+  shutdown_arqSwitchOrvoViaHardwareInfosTable();
+  shutdown_arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable();
+  shutdown_arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable();
+  shutdown_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+  snmp_log(LOG_INFO, "orvovia-snmpd is shutdowning.\n");
+  snmp_shutdown(kApplicationName);
+}
+
+}  // namespace Arq::Snmp
