@@ -1,0 +1,6 @@
+# cmake -DIN=<template> -DOUT=<module file> -DARQ_ENTERPRISE_NUMBER=<n> -P GenerateMib.cmake
+# Writes the MIB module with the deployment's enterprise number.
+if(NOT ARQ_ENTERPRISE_NUMBER MATCHES "^[1-9][0-9]*$")
+  message(FATAL_ERROR "ARQ_ENTERPRISE_NUMBER must be a positive integer, not '${ARQ_ENTERPRISE_NUMBER}'")
+endif()
+configure_file(${IN} ${OUT} @ONLY)
