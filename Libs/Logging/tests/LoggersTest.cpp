@@ -15,51 +15,14 @@
 #include "Arq/Logging/Loader/CompositeLogger.h"
 #include "Arq/Logging/Loader/LoggerAggregators.h"
 #include "Arq/Logging/Loader/Loggers.h"
+#include "Arq/TestSupport/CapturedOutput.h"
 
 namespace Loader = Arq::Logging::Loader;
 using arq::logging::ILogger;
 
 namespace {
 
-// Sends file descriptor 1 (std::cout and the plug-in's writes) to a temp file
-// for the lifetime of the object.
-class CapturedStdout {
- public:
-  CapturedStdout() {
-    char name[] = "/tmp/arq-logging-test-XXXXXX";
-    fd_ = mkstemp(name);
-    path_ = name;
-    std::cout.flush();
-    std::fflush(stdout);
-    saved_ = dup(STDOUT_FILENO);
-    dup2(fd_, STDOUT_FILENO);
-  }
-  ~CapturedStdout() {
-    Restore();
-    close(fd_);
-    unlink(path_.c_str());
-  }
-  std::string Text() {
-    Restore();
-    std::ifstream in(path_);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
-
- private:
-  void Restore() {
-    if (saved_ < 0) return;
-    std::cout.flush();
-    std::fflush(stdout);
-    dup2(saved_, STDOUT_FILENO);
-    close(saved_);
-    saved_ = -1;
-  }
-  int fd_ = -1;
-  int saved_ = -1;
-  std::string path_;
-};
+using CapturedStdout = Arq::TestSupport::CapturedOutput;
 
 std::string WriteTempFile(const std::string& content) {
   char name[] = "/tmp/arq-logging-cfg-XXXXXX";
