@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Arq/Snmp/Conversions.h"
+
+namespace {
+
+using Arq::Snmp::IpAddressBytes;
+using Arq::Snmp::RoundBitsPerSecToMegaBitsPerSec;
+
+TEST(SnmpConversionsTest, IpAddressTextFollowsTheFourNumbersRule) {
+  struct Case {
+    const char* text;
+    std::array<unsigned char, 4> bytes;
+  };
+  const Case cases[] = {
+      {"10.0.0.1", {10, 0, 0, 1}},  {"192.0.2.255", {192, 0, 2, 255}},
+      {"10.0.0.256", {0, 0, 0, 0}}, {"10.0.0.1x", {0, 0, 0, 0}},
+      {"", {0, 0, 0, 0}},           {" ", {0, 0, 0, 0}},
+      {"10.0.0", {0, 0, 0, 0}},     {"1.2.3.4 ", {1, 2, 3, 4}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(IpAddressBytes(c.text, 20), c.bytes);
+  }
+  // A buffer filled to its size needs no terminator.
+  const auto full = Arq::Snmp::ToBuffer<8>("10.0.0.1");
+  EXPECT_EQ(IpAddressBytes(full.data(), full.size()), (std::array<unsigned char, 4>{10, 0, 0, 1}));
+  char out[4];
+  EXPECT_EQ(Arq::Snmp::ipStringToNumber("1.2.3.4", out), 1);
+  EXPECT_EQ(Arq::Snmp::ipStringToNumber("1.2.3.4.5", out), 0);
+}
+
+TEST(SnmpConversionsTest, RatesRoundHalfUpToMegabits) {
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(0), 0);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(499999), 0);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(1499999), 1);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(1500000), 2);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(25000000000L), 25000);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(-1), 0);
+  EXPECT_EQ(RoundBitsPerSecToMegaBitsPerSec(-2000000), -1);
+}
+
+TEST(SnmpConversionsTest, BuffersCutWithoutTerminator) {
+  const auto cut = Arq::Snmp::ToBuffer<20>("0123456789abcdefghijKLMNO");
+  EXPECT_EQ(std::string(cut.data(), Arq::Snmp::TextLength(cut)), "0123456789abcdefghij");
+  const auto shorter = Arq::Snmp::ToBuffer<20>("abc");
+  EXPECT_EQ(Arq::Snmp::TextLength(shorter), 3u);
+  EXPECT_EQ(shorter[3], '\0');
+}
+
+}  // namespace

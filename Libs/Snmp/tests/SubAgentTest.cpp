@@ -1,0 +1,187 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "Arq/TestSupport/Process.h"
+#include "Arq/TestSupport/SnmpMaster.h"
+#include "Arq/TestSupport/TempDir.h"
+
+namespace {
+
+using Arq::TestSupport::ChildProcess;
+using Arq::TestSupport::ReadFile;
+using Arq::TestSupport::SnmpMaster;
+using Arq::TestSupport::TempDir;
+using Arq::TestSupport::WaitUntil;
+using namespace std::chrono_literals;
+
+const std::string B = "1.3.6.1.4.1." + std::to_string(ARQ_ENTERPRISE_NUMBER) + ".3.5.1";
+
+// One private snmpd and the test sub-agent for the whole suite.
+class SubAgentTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    dir = new TempDir("arq-snmp");
+    master = new SnmpMaster(dir->Path());
+    ASSERT_TRUE(master->Start()) << ReadFile(dir->File("snmpd.log"));
+    agent = new ChildProcess({ARQ_TEST_SUBAGENT, dir->File("agent.log")}, master->Environment(),
+                             dir->File("agent.out"));
+    ASSERT_TRUE(WaitUntil([] { return master->Get(B + ".1.1.0") == "Counter32: 2"; }, 20s))
+        << ReadFile(dir->File("agent.log"));
+  }
+  static void TearDownTestSuite() {
+    delete agent;
+    delete master;
+    delete dir;
+  }
+  static std::string Get(const std::string& arcs) { return master->Get(B + "." + arcs); }
+
+  static TempDir* dir;
+  static SnmpMaster* master;
+  static ChildProcess* agent;
+};
+TempDir* SubAgentTest::dir = nullptr;
+SnmpMaster* SubAgentTest::master = nullptr;
+ChildProcess* SubAgentTest::agent = nullptr;
+
+TEST_F(SubAgentTest, ScalarsServeTheirSyntaxAndCutTexts) {
+  EXPECT_EQ(Get("2.1.0"), "Counter32: 1");
+  EXPECT_EQ(Get("3.1.0"), "Counter32: 1");
+  EXPECT_EQ(Get("5.1.0"), "Counter32: 1");
+  EXPECT_EQ(Get("7.1.0"), "Counter32: 1");
+  EXPECT_EQ(Get("4.1.0"), "STRING: \"0123456789abcdefghij\"");
+  EXPECT_EQ(Get("4.2.0"), "STRING: \"Arq OrvoVia-24\"");
+  EXPECT_EQ(Get("4.3.0"), "STRING: \"orvovia-sw\"");
+  EXPECT_EQ(Get("4.4.0"), "IpAddress: 10.0.0.1");
+  EXPECT_EQ(Get("4.5.0"), "STRING: \"2.2.23\"");
+  EXPECT_EQ(Get("4.6.0"), "STRING: \"OV24-1\"");
+  EXPECT_EQ(Get("6.1.0"), "STRING: \"studio.cfg\"");
+  EXPECT_EQ(Get("6.2.0"), "INTEGER: 0");
+  // LAG 1 has no data: the holder's default; LAG 2 is filled.
+  EXPECT_EQ(Get("7.2.1.0"), "\"\"");
+  EXPECT_EQ(Get("7.2.2.0"), "INTEGER: -1");
+  EXPECT_EQ(Get("7.3.1.0"), "STRING: \"lag-with-a-very-long\"");
+  EXPECT_EQ(Get("7.3.2.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("7.3.3.0"), "INTEGER: 10");
+  EXPECT_EQ(Get("7.3.4.0"), "STRING: \"10 20 30\"");
+  EXPECT_EQ(Get("7.3.5.0"), "INTEGER: 2");
+}
+
+TEST_F(SubAgentTest, EthernetAndPrsRowsFollowTheColumnRules) {
+  EXPECT_EQ(Get("1.2.1.2.0"), "STRING: \"eth1\"");
+  EXPECT_EQ(Get("1.2.1.3.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("1.2.1.4.0"), "INTEGER: 100");
+  EXPECT_EQ(Get("1.2.1.5.0"), "STRING: \"100 110\"");
+  EXPECT_EQ(Get("1.2.1.6.0"), "STRING: \"eth1\"");
+  EXPECT_EQ(Get("1.2.1.7.0"), "INTEGER: 1");  // mode 0 served +1
+  EXPECT_EQ(Get("1.2.1.7.1"), "INTEGER: 0");  // unknown -1 served as 0
+  EXPECT_EQ(Get("1.2.1.8.0"), "INTEGER: 5");
+  EXPECT_EQ(Get("1.2.1.9.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("1.2.1.10.0"), "STRING: \"1000\"");
+  EXPECT_EQ(Get("1.2.1.38.0"), "STRING: \"1234567890123456789\"");
+  EXPECT_EQ(Get("1.2.1.39.0"), "STRING: \"-7\"");
+  EXPECT_EQ(Get("1.2.1.40.0"), "INTEGER: 1");  // 1 499 999 bit/s
+  EXPECT_EQ(Get("1.2.1.41.0"), "INTEGER: 2");  // 1 500 000 bit/s
+  EXPECT_EQ(Get("1.2.1.2.47"), "\"\"");
+  EXPECT_EQ(Get("1.2.1.3.47"), "INTEGER: -1");
+  EXPECT_THAT(Get("1.2.1.42.0"), testing::HasSubstr("No Such Object"));
+  EXPECT_THAT(Get("1.2.1.1.0"), testing::HasSubstr("No Such Object"));
+  EXPECT_THAT(Get("1.2.1.2.48"), testing::HasSubstr("No Such Instance"));
+
+  EXPECT_EQ(Get("2.2.1.2.0"), "STRING: \"prs1\"");
+  EXPECT_EQ(Get("2.2.1.6.0"), "STRING: \"eth17\"");
+  EXPECT_EQ(Get("2.2.1.42.0"), "STRING: \"eth18\"");
+  EXPECT_EQ(Get("2.2.1.43.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("2.2.1.46.0"), "STRING: \"18000\"");
+  EXPECT_EQ(Get("2.2.1.77.0"), "INTEGER: 2");
+}
+
+TEST_F(SubAgentTest, WalksReturnEveryFixedRowOfEveryTable) {
+  struct Table {
+    std::string column;
+    size_t rows;
+  };
+  for (const auto& table :
+       {Table{"1.2.1.2", 48}, Table{"2.2.1.2", 24}, Table{"3.2.1.2", 5}, Table{"5.2.1.2", 60},
+        Table{"7.2.6.1.2", 6}, Table{"7.3.6.1.2", 6}, Table{"7.4.6.1.37", 6}}) {
+    SCOPED_TRACE(table.column);
+    const auto cells = master->Walk(B + "." + table.column);
+    ASSERT_EQ(cells.size(), table.rows);
+    EXPECT_EQ(cells.begin()->first, B + "." + table.column + ".0");
+  }
+  // The row's own index: a walk never serves row i with row i-1's data.
+  const auto names = master->Walk(B + ".1.2.1.2");
+  EXPECT_EQ(names.at(B + ".1.2.1.2.0"), "STRING: \"eth1\"");
+  EXPECT_EQ(names.at(B + ".1.2.1.2.1"), "STRING: \"eth2\"");
+  EXPECT_EQ(names.at(B + ".1.2.1.2.2"), "\"\"");
+  EXPECT_GT(master->Walk(B).size(), 48u * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
+}
+
+TEST_F(SubAgentTest, PtpHardwareInfosAndLagRows) {
+  EXPECT_EQ(Get("3.2.1.2.0"), "INTEGER: -3");
+  EXPECT_EQ(Get("3.2.1.3.0"), "INTEGER: 2");
+  EXPECT_EQ(Get("3.2.1.4.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("3.2.1.5.0"), "STRING: \"eth1 eth2\"");
+  EXPECT_EQ(Get("5.2.1.2.0"), "STRING: \"eth21\"");
+  EXPECT_EQ(Get("5.2.1.3.0"), "STRING: \"5.4.1\"");
+  EXPECT_EQ(Get("5.2.1.5.0"), "STRING: \"core-sw-01\"");
+  EXPECT_EQ(Get("5.2.1.7.0"), "IpAddress: 10.20.0.1");
+  EXPECT_EQ(Get("5.2.1.7.1"), "IpAddress: 0.0.0.0");
+  EXPECT_EQ(Get("5.2.1.9.0"), "STRING: \"Ethernet1/49\"");
+  EXPECT_EQ(Get("5.2.1.10.0"), "INTEGER: 120");
+  EXPECT_EQ(Get("5.2.1.11.0"), "STRING: \"OV48X-2210457\"");
+  EXPECT_EQ(Get("7.3.6.1.2.0"), "STRING: \"eth21\"");
+  EXPECT_EQ(Get("7.3.6.1.2.1"), "STRING: \"eth22\"");
+  EXPECT_EQ(Get("7.3.6.1.3.1"), "INTEGER: 1");
+  EXPECT_EQ(Get("7.3.6.1.37.0"), "INTEGER: 2");
+  // Rows past the LAG's two ports keep their creation content.
+  EXPECT_EQ(Get("7.3.6.1.2.2"), "STRING: \" \"");
+  EXPECT_EQ(Get("7.3.6.1.3.5"), "INTEGER: -1");
+}
+
+TEST_F(SubAgentTest, SetsAreRefused) {
+  const auto result = master->Tool("snmpset", {"-c", "private"}, {B + ".6.2.0", "i", "1"});
+  EXPECT_THAT(result.output, testing::HasSubstr("notWritable"));
+  const auto cell = master->Tool("snmpset", {"-c", "private"}, {B + ".1.2.1.3.0", "i", "5"});
+  EXPECT_THAT(cell.output, testing::HasSubstr("notWritable"));
+  EXPECT_EQ(Get("6.2.0"), "INTEGER: 0");
+}
+
+// Runs last in this suite: changes the values, then stops the agent.
+TEST_F(SubAgentTest, ZChangesAreServedAndSigtermEndsCleanly) {
+  agent->Signal(SIGUSR1);
+  EXPECT_TRUE(WaitUntil([] { return Get("1.1.0") == "Counter32: 3"; }, 10s));
+  EXPECT_EQ(Get("4.4.0"), "IpAddress: 0.0.0.0");  // 10.0.0.256
+  EXPECT_EQ(Get("6.2.0"), "INTEGER: 1");
+  EXPECT_EQ(Get("1.2.1.2.0"), "STRING: \"eth1-renamed\"");
+  const std::string log = ReadFile(dir->File("agent.log"));
+  EXPECT_THAT(log, testing::HasSubstr("nbEthernetInterfaces has changed.\n"));
+  EXPECT_THAT(log, testing::HasSubstr("ethernetInterfaceMetrics has changed on row: 0.\n"));
+  EXPECT_THAT(log,
+              testing::HasSubstr(
+                  "lAGInterfaceMetrics[1] has changed (InterfaceEthernetMetrics) on row: 1.\n"));
+
+  agent->Signal(SIGTERM);
+  const auto status = agent->WaitExit(10s);
+  ASSERT_TRUE(status);
+  EXPECT_TRUE(WIFEXITED(*status));
+  EXPECT_EQ(WEXITSTATUS(*status), 0);
+  const std::string finalLog = ReadFile(dir->File("agent.log"));
+  const auto up = finalLog.find("orvovia-snmpd is up and running.\n");
+  const auto down = finalLog.find("orvovia-snmpd is shutdowning.\n");
+  ASSERT_NE(up, std::string::npos);
+  ASSERT_NE(down, std::string::npos);
+  EXPECT_LT(up, down);
+  EXPECT_LT(
+      finalLog.find(
+          "initialize_table_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable Initializing Done.\n"),
+      up);
+  EXPECT_LT(finalLog.find("arqSwitchOrvoViaNbEthernetInterfaces Done initializing.\n"), up);
+}
+
+}  // namespace
