@@ -23,10 +23,14 @@ std::vector<char*> ArgvPointers(const std::vector<std::string>& argv) {
 
 // Runs in the child between fork and exec: only async-signal-safe calls.
 [[noreturn]] void ExecChild(std::vector<char*>& argv, const std::map<std::string, std::string>& env,
-                            int outputFd, bool mergeStderr) {
+                            int outputFd, bool mergeStderr, int errorFd = -1) {
   for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
   dup2(outputFd, STDOUT_FILENO);
-  if (mergeStderr) dup2(outputFd, STDERR_FILENO);
+  if (errorFd >= 0) {
+    dup2(errorFd, STDERR_FILENO);
+  } else if (mergeStderr) {
+    dup2(outputFd, STDERR_FILENO);
+  }
   if (outputFd > STDERR_FILENO) close(outputFd);
   int devNull = open("/dev/null", O_RDONLY);
   if (devNull >= 0) {
@@ -53,14 +57,17 @@ std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout
 
 ChildProcess::ChildProcess(const std::vector<std::string>& argv,
                            const std::map<std::string, std::string>& env,
-                           const std::string& outputPath)
+                           const std::string& outputPath, const std::string& errorPath)
     : outputPath_(outputPath) {
-  const int fd = open(outputPath.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
+  const int fd = open(outputPath.c_str(), flags, 0644);
   if (fd < 0) throw std::runtime_error("cannot open " + outputPath);
+  const int errorFd = errorPath.empty() ? -1 : open(errorPath.c_str(), flags, 0644);
   auto pointers = ArgvPointers(argv);
   pid_ = fork();
-  if (pid_ == 0) ExecChild(pointers, env, fd, true);
+  if (pid_ == 0) ExecChild(pointers, env, fd, true, errorFd);
   close(fd);
+  if (errorFd >= 0) close(errorFd);
   if (pid_ < 0) throw std::runtime_error("fork failed");
 }
 

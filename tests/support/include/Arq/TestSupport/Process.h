@@ -12,12 +12,13 @@
 namespace Arq::TestSupport {
 
 // A child process started with fork/exec, its standard output and error
-// appended to one file. The destructor ends it (SIGKILL) and reaps it if it
+// appended to files. The destructor ends it (SIGKILL) and reaps it if it
 // still runs, so a failing test never leaves it behind.
 class ChildProcess {
  public:
+  // With an `errorPath`, standard error goes there instead.
   ChildProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& env,
-               const std::string& outputPath);
+               const std::string& outputPath, const std::string& errorPath = "");
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;

@@ -26,5 +26,7 @@ void WriteFile(const std::string& path, const std::string& content);
 // A port that nothing listened on at the time of the call (bound to 0, then released).
 int FreeUdpPort();
 int FreeTcpPort();
+// A free TCP port below 32768, for programs that carry ports as signed 16-bit numbers.
+int FreeShortTcpPort();
 
 }  // namespace Arq::TestSupport

@@ -1,0 +1,148 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <filesystem>
+#include <regex>
+#include <thread>
+
+#include "Daemon.h"
+
+namespace {
+
+using Arq::SystemTests::DaemonSetup;
+using Arq::TestSupport::ReadFile;
+using Arq::TestSupport::WaitUntil;
+using namespace std::chrono_literals;
+
+const std::string kEndLine = "--- The End With Exit Code: (0) ---";
+
+std::vector<std::string> FakeArguments(const std::string& level = "log_level:Warning") {
+  return {"monitoring_processor_mode:Fake", "collect_metrics_period:1", level};
+}
+
+TEST(FakeModeTest, DataReachesEveryTableWithinTwoPeriods) {
+  DaemonSetup setup;
+  setup.StartDaemon(FakeArguments());
+  // One period for the first collection, one more at most for the agent.
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s)) << setup.Stderr();
+  EXPECT_EQ(setup.Get("2.1.0"), "Counter32: 2");
+  EXPECT_EQ(setup.Get("3.1.0"), "Counter32: 2");
+  EXPECT_EQ(setup.Get("5.1.0"), "Counter32: 6");
+  EXPECT_EQ(setup.Get("7.1.0"), "Counter32: 2");
+  EXPECT_EQ(setup.Get("1.2.1.2.0"), "STRING: \"eth1\"");
+  EXPECT_EQ(setup.Get("1.2.1.3.6"), "INTEGER: 0");  // eth7 disabled
+  EXPECT_EQ(setup.Get("2.2.1.2.1"), "STRING: \"prs2\"");
+  EXPECT_EQ(setup.Get("2.2.1.42.1"), "STRING: \"eth20\"");
+  EXPECT_EQ(setup.Get("3.2.1.2.1"), "INTEGER: 127");
+  EXPECT_EQ(setup.Get("3.2.1.5.0"), "STRING: \"eth1 eth2 eth3 eth4\"");
+  EXPECT_EQ(setup.Get("4.1.0"), "STRING: \"02:a0:c9:00:00:01\"");
+  EXPECT_EQ(setup.Get("4.4.0"), "IpAddress: 192.0.2.10");
+  EXPECT_EQ(setup.Get("5.2.1.5.0"), "STRING: \"core-sw-01\"");
+  EXPECT_EQ(setup.Get("5.2.1.7.0"), "IpAddress: 10.20.0.1");
+  EXPECT_EQ(setup.Get("6.1.0"), "STRING: \"studio-b-2026-11.cfg\"");
+  EXPECT_EQ(setup.Get("7.2.1.0"), "STRING: \"lag1\"");
+  EXPECT_EQ(setup.Get("7.2.4.0"), "STRING: \"10 20 30 100 200\"");
+  EXPECT_EQ(setup.Get("7.2.6.1.2.1"), "STRING: \"eth22\"");
+  EXPECT_EQ(setup.Get("7.3.6.1.2.0"), "STRING: \"eth23\"");
+}
+
+TEST(FakeModeTest, SigtermAndSigintEndWithStatusZeroAndTheEndLineLast) {
+  for (int signal : {SIGTERM, SIGINT}) {
+    SCOPED_TRACE(signal);
+    DaemonSetup setup;
+    setup.StartDaemon(FakeArguments());
+    ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
+    const auto status = setup.StopDaemon(signal, 10s);
+    ASSERT_TRUE(status);
+    ASSERT_TRUE(WIFEXITED(*status));
+    EXPECT_EQ(WEXITSTATUS(*status), 0);
+    const auto lines = setup.StdoutLines();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), kEndLine);
+    EXPECT_THAT(setup.Stderr(), testing::HasSubstr("orvovia-snmpd is shutdowning.\n"));
+    EXPECT_THAT(setup.Stderr(), testing::HasSubstr("MonitoringProcessor Closed\n"));
+  }
+}
+
+TEST(FakeModeTest, StartupLinesAreLoggedWhateverTheThreshold) {
+  DaemonSetup setup;
+  setup.StartDaemon(FakeArguments("log_level:NoLog"));
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
+  setup.StopDaemon(SIGTERM, 10s);
+  const std::string out = setup.Stdout();
+  EXPECT_THAT(out, testing::HasSubstr(" Info OrvoViaSwitchMonitoring: * OrvoViaSwitchMonitoring "
+                                      "started, argc: 7 **********"));
+  EXPECT_THAT(out, testing::HasSubstr(" Info OrvoViaSwitchMonitoring: argv[6]: log_level:NoLog"));
+  EXPECT_THAT(out, testing::HasSubstr("Criticity threshold:   Info "));
+  EXPECT_THAT(out, testing::HasSubstr("project name: OrvoViaSwitchMonitoring version: 2.2.23"));
+  // NoLog: the end line goes to standard output only, not through the log.
+  EXPECT_THAT(out, testing::Not(testing::HasSubstr("OrvoViaSwitchMonitoring: --- The End")));
+}
+
+TEST(FakeModeTest, RewritingTheOptionsFilePausesResumesAndChangesTheThreshold) {
+  DaemonSetup setup;
+  setup.StartDaemon(FakeArguments());
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
+  const std::string counter = "1.2.1.10.0";  // eth1 octets received, grows every second
+  setup.WriteOptions(
+      R"({"SwitchMonitoringControl":{"CollectMetrics":false,"CollectMetricsPeriod":1,"DebugLevel":"Info"}})");
+  ASSERT_TRUE(WaitUntil(
+      [&] {
+        return setup.Stdout().find("Collect Metrics Transition from True to False") !=
+               std::string::npos;
+      },
+      10s));
+  std::this_thread::sleep_for(1500ms);  // a collection under way completes
+  const std::string paused = setup.Get(counter);
+  std::this_thread::sleep_for(2500ms);
+  EXPECT_EQ(setup.Get(counter), paused);
+  setup.WriteOptions(
+      R"({"SwitchMonitoringControl":{"CollectMetrics":true,"CollectMetricsPeriod":1,"DebugLevel":"Warning"}})");
+  EXPECT_TRUE(WaitUntil([&] { return setup.Get(counter) != paused; }, 10s));
+  const std::string out = setup.Stdout();
+  EXPECT_THAT(
+      out, testing::HasSubstr(
+               " Warning DynamicParametersUpdater: Logging Level Transition from Warning to Info"));
+  EXPECT_THAT(out,
+              testing::HasSubstr(" Info DynamicParameters: DynamicParameters::Update() is called"));
+  EXPECT_THAT(
+      out, testing::HasSubstr(
+               " Warning DynamicParametersUpdater: Logging Level Transition from Info to Warning"));
+  EXPECT_THAT(out, testing::HasSubstr("Collect Metrics Transition from False to True"));
+}
+
+TEST(FakeModeTest, RedirectedOutputIsSplitIntoABackupAndRestartsWithBanners) {
+  DaemonSetup setup;
+  const std::string file = setup.Dir().File("daemon.log");
+  setup.StartDaemon({"monitoring_processor_mode:Fake", "collect_metrics_period:1", "log_level:Info",
+                     "redirect_output:" + file, "redirect_output_split_period:1",
+                     "redirect_output_file_size:2000"});
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
+  ASSERT_TRUE(WaitUntil([&] { return std::filesystem::exists(file + ".bak"); }, 15s));
+  const std::string backup = ReadFile(file + ".bak");
+  EXPECT_GT(backup.size(), 2000u);
+  EXPECT_THAT(backup, testing::HasSubstr("orvovia-snmpd is up and running."));
+  // Each new file starts with a rule, the two banners and a rule.
+  const std::regex head(
+      "^-{96}\n-{33} Criticity threshold: [ A-Za-z]{7} -{33}\n------ ARQ VANTELLIS --- "
+      "OrvoViaSwitchWarden version 2\\.2\\.23 --- [^\n]+ ------\n-{96}\n");
+  EXPECT_TRUE(WaitUntil([&] { return std::regex_search(ReadFile(file), head); }, 5s))
+      << ReadFile(file).substr(0, 400);
+  setup.StopDaemon(SIGTERM, 10s);
+}
+
+TEST(FakeModeTest, AnswersResumeAfterTheMasterRestarts) {
+  DaemonSetup setup;
+  setup.StartDaemon(FakeArguments());
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
+  setup.Master().Stop();
+  ASSERT_TRUE(setup.Master().Start());
+  // agentxPingInterval 2: the sub-agent registers again within a few seconds.
+  EXPECT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 10s));
+  EXPECT_TRUE(setup.Daemon().IsRunning());
+}
+
+}  // namespace
