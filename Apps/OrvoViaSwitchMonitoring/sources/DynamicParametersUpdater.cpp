@@ -53,23 +53,7 @@ int DynamicParametersUpdater::RetrieveCollectMetricsPeriod(const Json::Value& op
 }
 
 std::string DynamicParametersUpdater::ToString(ILogger::Level level) {
-  switch (level) {
-    case ILogger::Trace:
-      return "Trace";
-    case ILogger::Debug:
-      return "Debug";
-    case ILogger::Info:
-      return "Info";
-    case ILogger::Warning:
-      return "Warning";
-    case ILogger::Error:
-      return "Error";
-    case ILogger::Fatal:
-      return "Fatal";
-    case ILogger::NoLog:
-      return "NoLog";
-  }
-  return "Unknown";
+  return ILogger::ToString(level);
 }
 
 void DynamicParametersUpdater::LogTransition(const std::string& text, int line) {

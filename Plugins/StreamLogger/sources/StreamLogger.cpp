@@ -17,6 +17,7 @@
 #include <memory>
 #include <string>
 
+#include "Arq/Logging/Loader/DummyNestedDiagnosticContext.h"
 #include "Arq/Logging/Loader/ILoggingEventHandlerSetter.h"
 #include "Arq/Logging/Loader/ILoggingLoaderFactory.h"
 #include "arq/logging/ILogger.h"
@@ -27,25 +28,6 @@ namespace {
 using arq::logging::ILogger;
 
 enum class Output { Stdout, Stderr, Syslog };
-
-const char* LevelName(ILogger::Level level) {
-  switch (level) {
-    case ILogger::Trace:
-      return "Trace";
-    case ILogger::Debug:
-      return "Debug";
-    case ILogger::Info:
-      return "Info";
-    case ILogger::Warning:
-      return "Warning";
-    case ILogger::Error:
-      return "Error";
-    case ILogger::Fatal:
-      return "Fatal";
-    default:
-      return "NoLog";
-  }
-}
 
 int SyslogPriority(ILogger::Level level) {
   if (level >= ILogger::Fatal) return LOG_CRIT;
@@ -94,12 +76,12 @@ class StreamLogger : public ILogger {
     if (level < level_.load() || level < minimum_) return;
     std::string location = std::string(file != nullptr ? file : "?") + ":" + std::to_string(line);
     if (output_ == Output::Syslog) {
-      syslog(SyslogPriority(level), "%s %s: %s (%s)", LevelName(level), name_.c_str(),
+      syslog(SyslogPriority(level), "%s %s: %s (%s)", ILogger::ToString(level), name_.c_str(),
              message.c_str(), location.c_str());
       return;
     }
     std::string text = UtcTimestamp();
-    text.append(" ").append(LevelName(level)).append(" ").append(name_).append(": ");
+    text.append(" ").append(ILogger::ToString(level)).append(" ").append(name_).append(": ");
     text.append(message).append(" (").append(location).append(")\n");
     WriteAll(output_ == Output::Stderr ? STDERR_FILENO : STDOUT_FILENO, text);
   }
@@ -114,17 +96,6 @@ class StreamLogger : public ILogger {
   const Output output_;
   const Level minimum_;
   std::atomic<Level> level_{Warning};
-};
-
-class NoNestedContext : public arq::logging::INestedDiagnosticContext {
- public:
-  void Push(const std::string&) override {}
-  void Pop() override {}
-  void Clear() override {}
-  std::string Peek() const override { return {}; }
-  std::string Print() const override { return {}; }
-  std::deque<std::string> CloneStack() const override { return {}; }
-  void InheritStack(std::deque<std::string>&) override {}
 };
 
 class StreamLoggerFactory : public arq::logging::ILoggerFactory {
@@ -145,7 +116,7 @@ class StreamLoggerFactory : public arq::logging::ILoggerFactory {
   const Output output_;
   const ILogger::Level minimum_;
   const std::string ident_;  // openlog keeps the pointer
-  NoNestedContext context_;
+  Arq::Logging::Loader::DummyNestedDiagnosticContext context_;
 };
 
 std::string Member(const Json::Value& entry, const char* key, const char* fallback) {

@@ -29,6 +29,27 @@ class ILogger {
   virtual void SetLevel(Level level) = 0;
   virtual Level GetLevel() const = 0;
 
+  // The level's name; "Unknown" for a value that is not a level.
+  static const char* ToString(Level level) {
+    switch (level) {
+      case Trace:
+        return "Trace";
+      case Debug:
+        return "Debug";
+      case Info:
+        return "Info";
+      case Warning:
+        return "Warning";
+      case Error:
+        return "Error";
+      case Fatal:
+        return "Fatal";
+      case NoLog:
+        return "NoLog";
+    }
+    return "Unknown";
+  }
+
   // Exact, case-sensitive: every other text, "NoLog" included, is NoLog.
   static Level FromString(const std::string& text) {
     if (text == "Trace") return Trace;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Arq/Logging/Loader/DummyNestedDiagnosticContext.h"
 #include "Arq/Logging/Loader/ILoggingEventHandlerSetter.h"
 #include "arq/logging/ILogger.h"
 #include "arq/logging/ILoggerFactory.h"
@@ -25,17 +26,6 @@ class CompositeLogger : public arq::logging::ILogger {
 
  private:
   const std::vector<std::shared_ptr<arq::logging::ILogger>> loggers_;
-};
-
-class DummyNestedDiagnosticContext : public arq::logging::INestedDiagnosticContext {
- public:
-  void Push(const std::string&) override {}
-  void Pop() override {}
-  void Clear() override {}
-  std::string Peek() const override { return {}; }
-  std::string Print() const override { return {}; }
-  std::deque<std::string> CloneStack() const override { return {}; }
-  void InheritStack(std::deque<std::string>&) override {}
 };
 
 class CompositeLoggerFactory : public arq::logging::ILoggerFactory {
