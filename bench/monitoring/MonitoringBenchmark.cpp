@@ -2,13 +2,16 @@
 // operations the SNMP handlers perform, and of the LLDP TLV decoding.
 #include <benchmark/benchmark.h>
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 #include "Arq/Monitoring/FakeMonitoringCollector.h"
 #include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
 
 namespace {
 
+namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
 using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
 
 // A full conversion of a 24-port switch whose counters moved (every port holder changes).
@@ -24,6 +27,57 @@ void BM_PublishChangedSnapshot(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_PublishChangedSnapshot);
+
+// A switch at the MIB's full capacity: 48 Ethernet, 24 PRS, 3 LAGs of 6 ports,
+// 60 LLDP neighbours, 5 PTP domains; `tick` moves every counter.
+Arq::Monitoring::SwitchSnapshot FullCapacity(long long tick) {
+  const auto base = Arq::Monitoring::FakeMonitoringCollector::Snapshot(std::chrono::seconds(1));
+  Arq::Monitoring::SwitchSnapshot s;
+  int port = 0;
+  auto addPort = [&](const std::string& interface) {
+    Dto::EthInfo info = base.ethInfos.front();
+    info.EthName = "p" + std::to_string(++port);
+    s.ethInfos.push_back(info);
+    Dto::EthCnt counters = base.ethCounters.begin()->second.front();
+    counters.EthName = info.EthName;
+    counters.NbOfGoodOctetsReceived += tick * port;
+    counters.NbOfGoodOctectsSent += tick;
+    s.ethCounters[interface].push_back(counters);
+    s.ethStats[interface].push_back(Dto::EthStat{info.EthName, 1000000LL * port, 2000000LL * port});
+    return info.EthName;
+  };
+  auto addInterface = [&](const std::string& name, Dto::IfType type, int ports) {
+    Dto::IfInfo info;
+    info.Type = type;
+    info.Status = Dto::IfStatus::Enabled;
+    info.Vid = 100;
+    info.Vlan = {100, 200, 300};
+    for (int i = 0; i < ports; ++i) info.IfList.push_back(addPort(name));
+    s.interfaceNames.push_back(name);
+    s.interfaces[name] = info;
+  };
+  for (int i = 0; i < 48; ++i) addInterface("eth" + std::to_string(i), Dto::IfType::Ethernet, 1);
+  for (int i = 0; i < 24; ++i) addInterface("prs" + std::to_string(i), Dto::IfType::BasicPrs, 2);
+  for (int i = 0; i < 3; ++i) addInterface("lag" + std::to_string(i), Dto::IfType::BasicLag, 6);
+  for (int i = 0; i < 60; ++i) s.lldpNeighbours.push_back(base.lldpNeighbours[i % 6]);
+  for (int i = 0; i < 5; ++i) s.ptpConfigs.push_back(base.ptpConfigs[i % 2]);
+  s.lldpConfig = base.lldpConfig;
+  s.mainMacAddress = base.mainMacAddress;
+  s.currentConfig = base.currentConfig;
+  return s;
+}
+
+// One complete conversion of a full-capacity cycle whose counters all moved.
+void BM_PublishFullCapacityCycle(benchmark::State& state) {
+  auto values = std::make_unique<Values>();
+  const auto even = FullCapacity(2);
+  const auto odd = FullCapacity(3);
+  bool flip = false;
+  for (auto _ : state) {
+    Arq::Monitoring::PublishSnapshot((flip = !flip) ? odd : even, values.get());
+  }
+}
+BENCHMARK(BM_PublishFullCapacityCycle)->Unit(benchmark::kMicrosecond);
 
 // The same snapshot again: every holder compares and keeps its value.
 void BM_PublishUnchangedSnapshot(benchmark::State& state) {
@@ -51,6 +105,33 @@ void BM_HolderCopyPrsMetric(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_HolderCopyPrsMetric);
+
+// A handler's read (change time, then copy) while the collection thread keeps
+// writing changed metrics into the same holder.
+void BM_HolderReadWithConcurrentWriter(benchmark::State& state) {
+  auto values = std::make_unique<Values>();
+  std::atomic<bool> stop{false};
+  std::thread writer([&] {
+    Arq::OrvoViaSwitch::Domain::Dto::Metrics::EthernetInterfaceMetric metric;
+    while (!stop.load(std::memory_order_relaxed)) {
+      ++metric.ethernet.counters[0];
+      values->ethernetInterfaceMetrics[0].Value(metric);
+    }
+  });
+  Arq::OrvoViaSwitch::Domain::Dto::Metrics::EthernetInterfaceMetric copy;
+  auto last = values->ethernetInterfaceMetrics[0].ChangeTime();
+  for (auto _ : state) {
+    const auto changed = values->ethernetInterfaceMetrics[0].ChangeTime();
+    if (changed != last) {
+      values->ethernetInterfaceMetrics[0].CopyValue(copy);
+      last = changed;
+    }
+    benchmark::DoNotOptimize(copy);
+  }
+  stop = true;
+  writer.join();
+}
+BENCHMARK(BM_HolderReadWithConcurrentWriter);
 
 void BM_DecodeLldpNeighbour(benchmark::State& state) {
   const auto snapshot = Arq::Monitoring::FakeMonitoringCollector::Snapshot(std::chrono::seconds(1));

@@ -1,5 +1,6 @@
 #include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
 
+#include <array>
 #include <cctype>
 
 #include "Arq/Monitoring/MetricConverter/LldpTlv.h"
@@ -27,8 +28,26 @@ void LLDPMetricConverter::ToMetric(const Dto::LldpConfig& config, const std::str
 
 std::uint32_t LLDPMetricConverter::ToMetric(const std::vector<Dto::LldpInfo>& infos,
                                             Holder<LLDPInfoMetric>* holders) {
+  // Neighbours rarely change between cycles: a slot whose TLVs are those of
+  // the previous cycle reuses its decoded metric instead of parsing again.
+  struct Decoded {
+    bool valid = false;
+    Dto::LldpInfo info;
+    LLDPInfoMetric metric;
+  };
+  thread_local std::array<Decoded, Values::kMaxLLDPInfos> previous;
   for (std::size_t i = 0; i < Values::kMaxLLDPInfos; ++i) {
-    holders[i].Value(i < infos.size() ? ToLLDPInfoMetric(infos[i]) : LLDPInfoMetric());
+    if (i >= infos.size()) {
+      holders[i].Value(LLDPInfoMetric());
+      continue;
+    }
+    Decoded& slot = previous[i];
+    if (!slot.valid || !(slot.info == infos[i])) {
+      slot.info = infos[i];
+      slot.metric = ToLLDPInfoMetric(infos[i]);
+      slot.valid = true;
+    }
+    holders[i].Value(slot.metric);
   }
   return static_cast<std::uint32_t>(infos.size());
 }
