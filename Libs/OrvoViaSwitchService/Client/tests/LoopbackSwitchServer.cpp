@@ -364,7 +364,8 @@ class ServerEvents : public apache::thrift::server::TServerEventHandler {
 // Handlers: record, apply the behaviour, answer from the data.
 struct Handler {
   std::shared_ptr<ServerBehaviour> behaviour;
-  std::shared_ptr<const ServerData> data;
+  LoopbackSwitchServer::DataSource source;
+  std::shared_ptr<const ServerData> Data() const { return source(); }
 };
 
 class ConfigHandler : public api::ConfigIf, Handler {
@@ -373,7 +374,7 @@ class ConfigHandler : public api::ConfigIf, Handler {
   void ListConfigFile(std::vector<api::ConfigFile_t>& out, const api::Header_t& h,
                       const api::ConfigType_t::type type) override {
     behaviour->Enter("Config:ListConfigFile", h, type);
-    out = data->configFiles;
+    out = Data()->configFiles;
   }
   void Reset(const api::Header_t& h) override { behaviour->Enter("Config:Reset", h); }
   void LoadConfig(const api::Header_t& h, const api::ConfigFile_t& f) override {
@@ -394,11 +395,11 @@ class ConfigHandler : public api::ConfigIf, Handler {
   void GetConfigComment(std::string& out, const api::Header_t& h,
                         const api::ConfigFile_t& f) override {
     behaviour->Enter("Config:GetConfigComment", h, f);
-    out = data->comment;
+    out = Data()->comment;
   }
   void GetCurrentConfig(api::ConfigFile_t& out, const api::Header_t& h) override {
     behaviour->Enter("Config:GetCurrentConfig", h);
-    out = data->currentConfig;
+    out = Data()->currentConfig;
   }
   void Copy(const api::Header_t& h, const api::ConfigFile_t& s,
             const api::ConfigFile_t& d) override {
@@ -423,11 +424,11 @@ class EthernetHandler : public api::EthernetIf, Handler {
   void GetEthInfo(std::vector<api::EthInfo_t>& out, const api::Header_t& h,
                   const std::vector<std::string>& names) override {
     behaviour->Enter("Ethernet:GetEthInfo", h, names);
-    out = data->ethInfos;
+    out = Data()->ethInfos;
   }
   void GetHardwareDesc(std::vector<api::HwDesc_t>& out, const api::Header_t& h) override {
     behaviour->Enter("Ethernet:GetHardwareDesc", h);
-    out = data->hwDescs;
+    out = Data()->hwDescs;
   }
 };
 
@@ -436,31 +437,31 @@ class InterfacesHandler : public api::InterfacesIf, Handler {
   explicit InterfacesHandler(Handler h) : Handler(std::move(h)) {}
   void GetIfList(std::vector<std::string>& out, const api::Header_t& h) override {
     behaviour->Enter("Interfaces:GetIfList", h);
-    out = data->ifList;
+    out = Data()->ifList;
   }
   void GetInfo(std::map<std::string, api::IfInfo_t>& out, const api::Header_t& h,
                const std::vector<std::string>& names) override {
     behaviour->Enter("Interfaces:GetInfo", h, names);
-    out = data->ifInfos;
+    out = Data()->ifInfos;
   }
   void GetCnt(std::map<std::string, std::vector<api::EthCnt_t>>& out, const api::Header_t& h,
               const std::vector<std::string>& names) override {
     behaviour->Enter("Interfaces:GetCnt", h, names);
-    out = data->counters;
+    out = Data()->counters;
   }
   void GetStats(std::map<std::string, std::vector<api::EthStat_t>>& out, const api::Header_t& h,
                 const std::vector<std::string>& names) override {
     behaviour->Enter("Interfaces:GetStats", h, names);
-    out = data->stats;
+    out = Data()->stats;
   }
   void GetMainMacAddr(std::string& out, const api::Header_t& h) override {
     behaviour->Enter("Interfaces:GetMainMacAddr", h);
-    out = data->mainMac;
+    out = Data()->mainMac;
   }
   void GetMacAddr(std::map<std::string, std::string>& out, const api::Header_t& h,
                   const std::vector<std::string>& names) override {
     behaviour->Enter("Interfaces:GetMacAddr", h, names);
-    out = data->macs;
+    out = Data()->macs;
   }
   void SetDescription(const api::Header_t& h, const std::string& name,
                       const std::string& description) override {
@@ -500,11 +501,11 @@ class LLDPHandler : public api::LLDPIf, Handler {
   }
   void GetConfig(api::lldpConfig_t& out, const api::Header_t& h) override {
     behaviour->Enter("LLDP:GetConfig", h);
-    out = data->lldpConfig;
+    out = Data()->lldpConfig;
   }
   void GetInfo(std::vector<api::lldpInfo_t>& out, const api::Header_t& h) override {
     behaviour->Enter("LLDP:GetInfo", h);
-    out = data->lldpInfos;
+    out = Data()->lldpInfos;
   }
 };
 
@@ -527,19 +528,24 @@ class PTPHandler : public api::PTPIf, Handler {
   }
   void GetConfig(std::vector<api::PTPConfig_t>& out, const api::Header_t& h) override {
     behaviour->Enter("PTP:GetConfig", h);
-    out = data->ptpConfigs;
+    out = Data()->ptpConfigs;
   }
 };
 
 }  // namespace
 
 LoopbackSwitchServer::LoopbackSwitchServer(ServerData serverData, PortRange range)
+    : LoopbackSwitchServer(
+          [data = std::make_shared<const ServerData>(std::move(serverData))] { return data; },
+          range) {}
+
+LoopbackSwitchServer::LoopbackSwitchServer(DataSource source, PortRange range, int fixedPort)
     : behaviour(std::make_shared<ServerBehaviour>()),
-      data(std::make_shared<const ServerData>(std::move(serverData))),
+      data(source()),
       connections(std::make_shared<std::atomic<int>>(0)),
       bytesIn(std::make_shared<std::atomic<std::uint64_t>>(0)),
       bytesOut(std::make_shared<std::atomic<std::uint64_t>>(0)) {
-  const Handler handler{behaviour, data};
+  const Handler handler{behaviour, std::move(source)};
   auto multiplexed = std::make_shared<apache::thrift::TMultiplexedProcessor>();
   multiplexed->registerProcessor(
       "Config", std::make_shared<api::ConfigProcessor>(std::make_shared<ConfigHandler>(handler)));
@@ -553,6 +559,10 @@ LoopbackSwitchServer::LoopbackSwitchServer(ServerData serverData, PortRange rang
       "PTP", std::make_shared<api::PTPProcessor>(std::make_shared<PTPHandler>(handler)));
   processor = multiplexed;
 
+  if (fixedPort > 0) {
+    if (TryStart(fixedPort)) return;
+    throw std::runtime_error("loopback server: port " + std::to_string(fixedPort) + " is in use");
+  }
   std::mt19937 random(std::random_device{}());
   std::uniform_int_distribution<int> lowPorts(20000, 32767);
   for (int attempt = 0; attempt < 50; ++attempt) {

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <sstream>
@@ -92,6 +94,10 @@ class LoopbackSwitchServer {
 
   explicit LoopbackSwitchServer(ServerData data = ServerData::Sample(),
                                 PortRange range = PortRange::Any);
+  // Answers from whatever `source` returns at each call (a switch whose
+  // counters move); `fixedPort` > 0 listens on that port or throws.
+  using DataSource = std::function<std::shared_ptr<const ServerData>()>;
+  LoopbackSwitchServer(DataSource source, PortRange range, int fixedPort = 0);
   ~LoopbackSwitchServer();
   LoopbackSwitchServer(const LoopbackSwitchServer&) = delete;
   LoopbackSwitchServer& operator=(const LoopbackSwitchServer&) = delete;

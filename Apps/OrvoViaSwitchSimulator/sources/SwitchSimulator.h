@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "Arq/Monitoring/FakeMonitoringCollector.h"
+#include "LoopbackSwitchServer.h"
+
+namespace Arq::OrvoViaSwitchSimulator {
+
+// The switch's answers for a snapshot of the synthetic switch, as wire structures.
+OrvoViaSwitchService::Client::Thrift::Testing::ServerData ToServerData(
+    const Monitoring::SwitchSnapshot& snapshot);
+
+// Applies one control line to the server's behaviour and returns the reply:
+//   fault <code> <text>   every call answers Fault_t(code, text)
+//   exception <text>      every call fails with another exception
+//   delay <ms>            every call waits before answering
+//   answer                back to normal answers
+//   calls                 "calls <n>": the calls received so far
+// Anything else: "error unknown command".
+std::string ApplyControl(OrvoViaSwitchService::Client::Thrift::Testing::ServerBehaviour& behaviour,
+                         const std::string& line);
+
+// Serves ApplyControl on a loopback TCP port, one line in, one line out.
+class ControlServer {
+ public:
+  ControlServer(OrvoViaSwitchService::Client::Thrift::Testing::ServerBehaviour& behaviour,
+                int port);
+  ~ControlServer();
+  ControlServer(const ControlServer&) = delete;
+  ControlServer& operator=(const ControlServer&) = delete;
+  int Port() const { return port_; }
+
+ private:
+  void Serve();
+  OrvoViaSwitchService::Client::Thrift::Testing::ServerBehaviour& behaviour_;
+  int listener_ = -1;
+  int wake_[2] = {-1, -1};
+  int port_ = 0;
+  std::thread thread_;
+};
+
+}  // namespace Arq::OrvoViaSwitchSimulator

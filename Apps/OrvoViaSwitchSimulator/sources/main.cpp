@@ -1,0 +1,76 @@
+// OrvoViaSwitchSimulator [--port N] [--control-port N]
+// Serves the synthetic switch on 127.0.0.1 until SIGTERM or SIGINT. Prints
+// "listening on port <P> control <C>" once both ports listen. Port 0 (the
+// default) picks a free port below 32768, since the daemon carries the port
+// as a signed 16-bit number.
+#include <signal.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <mutex>
+
+#include "SwitchSimulator.h"
+
+namespace {
+
+using Arq::OrvoViaSwitchService::Client::Thrift::Testing::LoopbackSwitchServer;
+using Arq::OrvoViaSwitchService::Client::Thrift::Testing::ServerData;
+
+int Usage() {
+  std::cerr << "usage: OrvoViaSwitchSimulator [--port N] [--control-port N]" << std::endl;
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int port = 0;
+  int controlPort = 0;
+  for (int i = 1; i < argc; ++i) {
+    if (i + 1 < argc && std::strcmp(argv[i], "--port") == 0) {
+      port = std::atoi(argv[++i]);
+    } else if (i + 1 < argc && std::strcmp(argv[i], "--control-port") == 0) {
+      controlPort = std::atoi(argv[++i]);
+    } else {
+      return Usage();
+    }
+  }
+  if (port < 0 || port > 32767 || controlPort < 0 || controlPort > 65535) return Usage();
+
+  sigset_t stopSignals;
+  sigemptyset(&stopSignals);
+  sigaddset(&stopSignals, SIGTERM);
+  sigaddset(&stopSignals, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
+
+  const auto start = std::chrono::steady_clock::now();
+  // One snapshot per 100 ms at most: the ten calls of a collection see one switch.
+  std::mutex mutex;
+  std::shared_ptr<const ServerData> cached;
+  auto cachedAt = start;
+  auto source = [&]() -> std::shared_ptr<const ServerData> {
+    std::lock_guard<std::mutex> lock(mutex);
+    const auto now = std::chrono::steady_clock::now();
+    if (!cached || now - cachedAt >= std::chrono::milliseconds(100)) {
+      cached = std::make_shared<const ServerData>(Arq::OrvoViaSwitchSimulator::ToServerData(
+          Arq::Monitoring::FakeMonitoringCollector::Snapshot(now - start)));
+      cachedAt = now;
+    }
+    return cached;
+  };
+  try {
+    LoopbackSwitchServer server(source, LoopbackSwitchServer::PortRange::SignedShort, port);
+    Arq::OrvoViaSwitchSimulator::ControlServer control(server.Behaviour(), controlPort);
+    std::cout << "listening on port " << server.Port() << " control " << control.Port()
+              << std::endl;
+    int received = 0;
+    sigwait(&stopSignals, &received);
+    std::cout << "stopping on signal " << received << std::endl;
+  } catch (const std::exception& error) {
+    std::cerr << "OrvoViaSwitchSimulator: " << error.what() << std::endl;
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,153 @@
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <ArqSwitchApi/Interfaces.h>
+#include <ArqSwitchApi/LLDP.h>
+#include <thrift/protocol/TBinaryProtocol.h>
+#include <thrift/protocol/TMultiplexedProtocol.h>
+#include <thrift/transport/TBufferTransports.h>
+#include <thrift/transport/TSocket.h>
+
+#include <regex>
+#include <thread>
+
+#include "Arq/TestSupport/Process.h"
+#include "Arq/TestSupport/TempDir.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Arq::TestSupport::ChildProcess;
+using Arq::TestSupport::ReadFile;
+using Arq::TestSupport::TempDir;
+using Arq::TestSupport::WaitUntil;
+
+// The simulator as a process; its two ports read from its first line.
+class SimulatorTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    simulator = std::make_unique<ChildProcess>(std::vector<std::string>{ARQ_SIMULATOR_PATH},
+                                               std::map<std::string, std::string>{},
+                                               dir.File("simulator.out"));
+    const std::regex line(R"(listening on port (\d+) control (\d+))");
+    ASSERT_TRUE(WaitUntil(
+        [&] {
+          std::smatch match;
+          const std::string out = ReadFile(dir.File("simulator.out"));
+          if (!std::regex_search(out, match, line)) return false;
+          port = std::stoi(match[1]);
+          controlPort = std::stoi(match[2]);
+          return true;
+        },
+        10s));
+  }
+
+  template <typename Client>
+  std::unique_ptr<Client> Connect(const char* service) {
+    using namespace apache::thrift;
+    auto socket = std::make_shared<transport::TSocket>("127.0.0.1", port);
+    socket->setRecvTimeout(5000);
+    auto transport = std::make_shared<transport::TBufferedTransport>(socket);
+    transport->open();
+    transports.push_back(transport);
+    auto protocol = std::make_shared<protocol::TMultiplexedProtocol>(
+        std::make_shared<protocol::TBinaryProtocol>(transport), service);
+    return std::make_unique<Client>(protocol);
+  }
+
+  std::string Control(const std::string& command) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(controlPort));
+    if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return "connect";
+    const std::string line = command + "\n";
+    (void)!write(fd, line.data(), line.size());
+    std::string reply;
+    char c;
+    while (read(fd, &c, 1) == 1 && c != '\n') reply += c;
+    close(fd);
+    return reply;
+  }
+
+  TempDir dir;
+  std::unique_ptr<ChildProcess> simulator;
+  std::vector<std::shared_ptr<apache::thrift::transport::TTransport>> transports;
+  int port = 0;
+  int controlPort = 0;
+};
+
+TEST_F(SimulatorTest, ServesTheSyntheticSwitchWithMovingCounters) {
+  EXPECT_GT(port, 0);
+  EXPECT_LT(port, 32768);
+  auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
+  std::vector<std::string> names;
+  interfaces->GetIfList(names, ArqSwitchApi::Header_t());
+  ASSERT_EQ(names.size(), 21u);
+  EXPECT_EQ(names.front(), "eth1");
+  EXPECT_EQ(names[16], "prs1");
+  std::map<std::string, ArqSwitchApi::IfInfo_t> infos;
+  interfaces->GetInfo(infos, ArqSwitchApi::Header_t(), {"lag1"});
+  EXPECT_EQ(infos.at("lag1").Type, ArqSwitchApi::IfType_t::BasicLag);
+  EXPECT_THAT(infos.at("lag1").IfList, testing::ElementsAre("eth21", "eth22"));
+
+  std::map<std::string, std::vector<ArqSwitchApi::EthCnt_t>> before, after;
+  interfaces->GetCnt(before, ArqSwitchApi::Header_t(), {"eth3"});
+  std::this_thread::sleep_for(1200ms);
+  interfaces->GetCnt(after, ArqSwitchApi::Header_t(), {"eth3"});
+  EXPECT_GT(after.at("eth3").at(0).NbOfGoodOctetsReceived,
+            before.at("eth3").at(0).NbOfGoodOctetsReceived);
+  std::string mac;
+  interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
+  EXPECT_EQ(mac, "02:A0:C9:00:00:01");
+
+  auto lldp = Connect<ArqSwitchApi::LLDPClient>("LLDP");
+  std::vector<ArqSwitchApi::lldpInfo_t> neighbours;
+  lldp->GetInfo(neighbours, ArqSwitchApi::Header_t());
+  ASSERT_EQ(neighbours.size(), 6u);
+  EXPECT_EQ(neighbours[0].IfName, "eth21");
+  // System Name TLV: type 5, length 10, "core-sw-01".
+  EXPECT_EQ(neighbours[0].Tlv.at(5), std::string("\x0a\x0a", 2) + "core-sw-01");
+}
+
+TEST_F(SimulatorTest, FaultsAreSwitchedThroughTheControlPort) {
+  auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
+  std::string mac;
+  EXPECT_EQ(Control("fault 6 no such interface"), "ok");
+  try {
+    interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
+    FAIL() << "no fault";
+  } catch (const ArqSwitchApi::Fault_t& fault) {
+    EXPECT_EQ(fault.ErrCode, ArqSwitchApi::ErrorCode_t::NotFound);
+    EXPECT_EQ(fault.What, "no such interface");
+  }
+  EXPECT_EQ(Control("answer"), "ok");
+  interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
+  EXPECT_EQ(mac, "02:A0:C9:00:00:01");
+  EXPECT_EQ(Control("calls"), "calls 2");
+  EXPECT_EQ(Control("bogus"), "error unknown command");
+  EXPECT_EQ(Control("fault x"), "error fault needs a code");
+
+  simulator->Signal(SIGTERM);
+  const auto status = simulator->WaitExit(10s);
+  ASSERT_TRUE(status);
+  EXPECT_TRUE(WIFEXITED(*status));
+  EXPECT_EQ(WEXITSTATUS(*status), 0);
+}
+
+TEST(SimulatorCommandLineTest, BadArgumentsAreRefused) {
+  const auto result =
+      Arq::TestSupport::RunCommand({ARQ_SIMULATOR_PATH, "--port", "40000"}, {}, 10s, true);
+  ASSERT_TRUE(WIFEXITED(result.status));
+  EXPECT_EQ(WEXITSTATUS(result.status), 2);
+  EXPECT_THAT(result.output, testing::HasSubstr("usage: OrvoViaSwitchSimulator"));
+}
+
+}  // namespace
