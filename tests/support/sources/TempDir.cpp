@@ -67,4 +67,17 @@ int FreeTcpPort() {
   return FreePort(SOCK_STREAM);
 }
 
+int FreeShortTcpPort() {
+  // A pseudo-random start in 20000..32767, then the next ports until one binds.
+  static int calls = 0;
+  const int start = static_cast<int>((getpid() * 7919 + 97 * calls++) % 12768);
+  for (int i = 0; i < 12768; ++i) {
+    try {
+      return FreePort(SOCK_STREAM, 20000 + (start + i) % 12768);
+    } catch (const std::runtime_error&) {
+    }
+  }
+  throw std::runtime_error("no free port below 32768");
+}
+
 }  // namespace Arq::TestSupport
