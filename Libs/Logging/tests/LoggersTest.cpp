@@ -124,6 +124,7 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
   const std::string missingLibrary =
       Configuration({R"({"name":"m","libraryPath":"/nonexistent/libnothing.so"})"});
   const std::string malformed = R"({"loggers": [ {"name": )";
+  const std::string notElf = WriteTempFile(std::string(200, 'x'));
   struct Case {
     const char* name;
     std::string content;
@@ -137,6 +138,13 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
        "Error Loading Library: /nonexistent/libnothing.so Error: /nonexistent/libnothing.so: "
        "cannot open shared object file: No such file or directory\n"},
       {"malformed", malformed, "Could not read json resource %s\n"},
+      {"10 MB of garbage", std::string(10 * 1024 * 1024, '\x7f'),
+       "Could not read json resource %s\n"},
+      {"a directory as library", Configuration({R"({"name":"d","libraryPath":"/tmp"})"}),
+       "Error Loading Library: /tmp Error: /tmp: cannot read file data: Is a directory\n"},
+      {"a file that is not ELF",
+       Configuration({R"({"name":"t","libraryPath":")" + notElf + R"("})"}),
+       "Error Loading Library: " + notElf + " Error: " + notElf + ": invalid ELF header\n"},
       {"empty file", "", "Could not read json resource %s\n"},
   };
   for (const auto& c : cases) {
@@ -151,6 +159,7 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
     EXPECT_EQ(out.Text(), expected);
     unlink(path.c_str());
   }
+  unlink(notElf.c_str());
   auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
   CapturedStdout out;
   EXPECT_EQ(aggregator->Aggregate(std::string("/nonexistent/loggers.cfg")), nullptr);
