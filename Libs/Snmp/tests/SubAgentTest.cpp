@@ -152,13 +152,15 @@ TEST_F(SubAgentTest, SetsAreRefused) {
   EXPECT_EQ(Get("6.2.0"), "INTEGER: 0");
 }
 
-// Runs last in this suite: changes the values, then stops the agent.
+// Runs last in this suite (and alone under CTest): changes the values, then
+// stops the agent.
 TEST_F(SubAgentTest, ZChangesAreServedAndSigtermEndsCleanly) {
   agent->Signal(SIGUSR1);
   EXPECT_TRUE(WaitUntil([] { return Get("1.1.0") == "Counter32: 3"; }, 10s));
   EXPECT_EQ(Get("4.4.0"), "IpAddress: 0.0.0.0");  // 10.0.0.256
   EXPECT_EQ(Get("6.2.0"), "INTEGER: 1");
   EXPECT_EQ(Get("1.2.1.2.0"), "STRING: \"eth1-renamed\"");
+  EXPECT_EQ(Get("7.3.6.1.2.1"), "STRING: \"eth22\"");
   const std::string log = ReadFile(dir->File("agent.log"));
   EXPECT_THAT(log, testing::HasSubstr("nbEthernetInterfaces has changed.\n"));
   EXPECT_THAT(log, testing::HasSubstr("ethernetInterfaceMetrics has changed on row: 0.\n"));
