@@ -1,6 +1,8 @@
 #include "Arq/Monitoring/FakeMonitoringCollector.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "Arq/Monitoring/MetricConverter/InterfaceMetricConverter.h"
 #include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
@@ -37,19 +39,74 @@ Dto::EthSpeed PortSpeed(int port) {
   return port <= 4 ? Dto::EthSpeed::S10G : Dto::EthSpeed::S1G;
 }
 
-// Octets since start-up at the given rate; computed from the elapsed time so
-// that every read is exact and never goes back.
-std::int64_t Octets(std::int64_t bitsPerSecond, std::chrono::nanoseconds elapsed) {
-  const auto seconds = elapsed.count() / 1000000000LL;
-  const auto remainder = elapsed.count() % 1000000000LL;
-  return bitsPerSecond / 8 * seconds + bitsPerSecond / 8 * remainder / 1000000000LL;
+constexpr double kPi = 3.14159265358979323846;
+// Rates swing by a quarter around their mean, each port on its own period
+// and phase (from the seed); counters are the exact integral of the rate, so
+// they never go back and always agree with the rates.
+constexpr double kSwing = 0.25;
+// One port (from the seed, among eth9 to eth15) loses its link 20 s in every
+// 300 s: no traffic, counters still, state LinkDown.
+constexpr double kFlapEvery = 300.0;
+constexpr double kFlapStart = 150.0;
+constexpr double kFlapLength = 20.0;
+
+struct PortMotion {
+  double period;
+  double phase;
+};
+
+PortMotion Motion(int port, unsigned seed) {
+  const double golden = 0.6180339887498949;
+  double fraction = (seed + 1) * golden * port;
+  fraction -= static_cast<long long>(fraction);
+  return {120.0 + static_cast<double>((seed * 7919u + port * 104729u) % 481u), 2 * kPi * fraction};
 }
 
-Dto::EthCnt Counters(int port, std::chrono::nanoseconds elapsed) {
+int FlappingPort(unsigned seed) {
+  return 9 + static_cast<int>(seed % 7);
+}
+
+bool LinkDown(int port, unsigned seed, double t) {
+  if (port != FlappingPort(seed)) return false;
+  const double inPeriod = t - kFlapEvery * static_cast<long long>(t / kFlapEvery);
+  return inPeriod >= kFlapStart && inPeriod < kFlapStart + kFlapLength;
+}
+
+// Seconds of link up since start-up.
+double UpTime(int port, unsigned seed, double t) {
+  if (port != FlappingPort(seed)) return t;
+  const long long periods = static_cast<long long>(t / kFlapEvery);
+  const double inPeriod = t - kFlapEvery * periods;
+  const double downNow = std::min(std::max(inPeriod - kFlapStart, 0.0), kFlapLength);
+  return t - periods * kFlapLength - downNow;
+}
+
+// The rate at `t` seconds, in bits per second, for a port of mean `mean`.
+std::int64_t RateAt(std::int64_t mean, int port, unsigned seed, double t) {
+  if (LinkDown(port, seed, t)) return 0;
+  if (port == FlappingPort(seed)) return mean;
+  const auto motion = Motion(port, seed);
+  return static_cast<std::int64_t>(
+      mean * (1 + kSwing * std::sin(2 * kPi * t / motion.period + motion.phase)));
+}
+
+// Octets sent at that rate since start-up: the integral of RateAt / 8.
+std::int64_t Octets(std::int64_t mean, int port, unsigned seed, double t) {
+  if (port == FlappingPort(seed)) {
+    return static_cast<std::int64_t>(mean / 8.0 * UpTime(port, seed, t));
+  }
+  const auto motion = Motion(port, seed);
+  const double w = 2 * kPi / motion.period;
+  const double bits =
+      mean * (t + kSwing / w * (std::cos(motion.phase) - std::cos(w * t + motion.phase)));
+  return static_cast<std::int64_t>(bits / 8);
+}
+
+Dto::EthCnt Counters(int port, unsigned seed, double t) {
   Dto::EthCnt c;
   c.EthName = PortName(port);
-  const std::int64_t rx = Octets(RxRate(port), elapsed) + port * 1000003LL;
-  const std::int64_t tx = Octets(TxRate(port), elapsed) + port * 700001LL;
+  const std::int64_t rx = Octets(RxRate(port), port, seed, t) + port * 1000003LL;
+  const std::int64_t tx = Octets(TxRate(port), port, seed, t) + port * 700001LL;
   const std::int64_t rxPackets = rx / 740;
   const std::int64_t txPackets = tx / 810;
   c.NbOfGoodOctetsReceived = rx;
@@ -76,14 +133,15 @@ Dto::EthCnt Counters(int port, std::chrono::nanoseconds elapsed) {
   return c;
 }
 
-Dto::EthInfo PortInfo(int port) {
+Dto::EthInfo PortInfo(int port, unsigned seed, double t) {
   Dto::EthInfo info;
   info.EthName = PortName(port);
   info.Mode = port >= 17 ? Dto::EthMode::KR : Dto::EthMode::SGMII;
   info.Speed = PortSpeed(port);
   info.IsMainPhys = true;
   info.NbPhys = 1;
-  info.State = port == 7 ? Dto::EthState::LinkDown : Dto::EthState::LinkUp;
+  info.State =
+      port == 7 || LinkDown(port, seed, t) ? Dto::EthState::LinkDown : Dto::EthState::LinkUp;
   info.FailureSts = Dto::EthFailureSts::NoFailure;
   info.FecType = port >= 21 ? Dto::EthFecType::RS_FEC : Dto::EthFecType::Disable;
   info.FecTypeState = info.FecType;
@@ -213,16 +271,17 @@ void PublishSnapshot(const SwitchSnapshot& s,
 FakeMonitoringCollector::FakeMonitoringCollector()
     : FakeMonitoringCollector([] { return std::chrono::steady_clock::now(); }) {}
 
-FakeMonitoringCollector::FakeMonitoringCollector(Clock clock)
-    : clock_(std::move(clock)), start_(clock_()) {}
+FakeMonitoringCollector::FakeMonitoringCollector(Clock clock, unsigned seed)
+    : clock_(std::move(clock)), start_(clock_()), seed_(seed) {}
 
 void FakeMonitoringCollector::Collect(
     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) {
-  PublishSnapshot(Snapshot(clock_() - start_), values);
+  PublishSnapshot(Snapshot(clock_() - start_, seed_), values);
 }
 
-SwitchSnapshot FakeMonitoringCollector::Snapshot(std::chrono::nanoseconds elapsed) {
+SwitchSnapshot FakeMonitoringCollector::Snapshot(std::chrono::nanoseconds elapsed, unsigned seed) {
   SwitchSnapshot s;
+  const double t = std::chrono::duration<double>(elapsed).count();
   for (int port = 1; port <= 16; ++port) {
     AddInterface(s, PortName(port), Dto::IfType::Ethernet, {PortName(port)},
                  static_cast<std::int16_t>(port <= 8 ? 100 : 200),
@@ -237,17 +296,17 @@ SwitchSnapshot FakeMonitoringCollector::Snapshot(std::chrono::nanoseconds elapse
   AddInterface(s, "mgmt0", Dto::IfType::Virtual, {}, 1, {1});
 
   for (int port = 1; port <= kPorts; ++port) {
-    s.ethInfos.push_back(PortInfo(port));
+    s.ethInfos.push_back(PortInfo(port, seed, t));
     Dto::EthStat stat;
     stat.EthName = PortName(port);
-    stat.TxSpeed = TxRate(port);
-    stat.RxSpeed = RxRate(port);
+    stat.TxSpeed = RateAt(TxRate(port), port, seed, t);
+    stat.RxSpeed = RateAt(RxRate(port), port, seed, t);
     // Counters and rates are keyed by interface name, as the switch answers.
     for (const auto& name : s.interfaceNames) {
       const auto& members = s.interfaces[name].IfList;
       for (const auto& member : members) {
         if (member != stat.EthName) continue;
-        s.ethCounters[name].push_back(Counters(port, elapsed));
+        s.ethCounters[name].push_back(Counters(port, seed, t));
         s.ethStats[name].push_back(stat);
       }
     }

@@ -41,24 +41,27 @@ void PublishSnapshot(const SwitchSnapshot& snapshot,
 // eth16), two PRS pairs (prs1: eth17+eth18, prs2: eth19+eth20), two LAGs
 // (lag1: eth21+eth22, lag2: eth23+eth24), a management VLAN interface, six
 // LLDP neighbours announced as real TLV bytes, two PTP domains and a current
-// configuration. Port rates are fixed per port and every counter grows from
-// start-up at exactly the advertised rate, so successive reads are monotonic
-// and consistent with the rate columns.
+// configuration. Port rates swing around their means and one access port
+// loses its link now and then; every counter is the exact integral of its
+// port's rate since start-up, so successive reads are monotonic and agree with
+// the rate columns.
 class FakeMonitoringCollector : public IMonitoringCollector {
  public:
   using Clock = std::function<std::chrono::steady_clock::time_point()>;
 
   FakeMonitoringCollector();
-  explicit FakeMonitoringCollector(Clock clock);
+  // The same seed gives the same switch: rate swings and link flaps.
+  explicit FakeMonitoringCollector(Clock clock, unsigned seed = 1);
 
   void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) override;
 
   // The switch as seen `elapsed` after start-up.
-  static SwitchSnapshot Snapshot(std::chrono::nanoseconds elapsed);
+  static SwitchSnapshot Snapshot(std::chrono::nanoseconds elapsed, unsigned seed = 1);
 
  private:
   Clock clock_;
   std::chrono::steady_clock::time_point start_;
+  unsigned seed_ = 1;
 };
 
 }  // namespace Arq::Monitoring
