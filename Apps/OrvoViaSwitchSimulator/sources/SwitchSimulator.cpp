@@ -68,8 +68,15 @@ std::string ApplyControl(ServerBehaviour& behaviour, const std::string& line) {
     behaviour.Delay(std::chrono::milliseconds(std::atol(rest.c_str())));
   } else if (command == "answer") {
     behaviour.Answer();
+    behaviour.Only("");
+  } else if (command == "only") {
+    behaviour.Only(rest == "*" ? std::string() : rest);
   } else if (command == "calls") {
-    return "calls " + std::to_string(behaviour.Calls().size());
+    std::size_t count = 0;
+    for (const auto& call : behaviour.Calls()) {
+      if (rest.empty() || call.compare(0, rest.size(), rest) == 0) ++count;
+    }
+    return "calls " + std::to_string(count);
   } else {
     return "error unknown command";
   }

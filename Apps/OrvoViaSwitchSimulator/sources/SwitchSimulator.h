@@ -19,8 +19,9 @@ OrvoViaSwitchService::Client::Thrift::Testing::ServerData ToServerData(
 //   fault <code> <text>   every call answers Fault_t(code, text)
 //   exception <text>      every call fails with another exception
 //   delay <ms>            every call waits before answering
-//   answer                back to normal answers
-//   calls                 "calls <n>": the calls received so far
+//   only <Service:Method> the behaviour above for that call only ("only *": all)
+//   answer                back to normal answers, for every call
+//   calls [prefix]        "calls <n>": the calls received so far (of that prefix)
 // Anything else: "error unknown command".
 std::string ApplyControl(OrvoViaSwitchService::Client::Thrift::Testing::ServerBehaviour& behaviour,
                          const std::string& line);

@@ -132,6 +132,17 @@ TEST_F(SimulatorTest, FaultsAreSwitchedThroughTheControlPort) {
   interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
   EXPECT_EQ(mac, "02:A0:C9:00:00:01");
   EXPECT_EQ(Control("calls"), "calls 2");
+  // A fault limited to one call leaves the others answering.
+  EXPECT_EQ(Control("only Interfaces:GetMainMacAddr"), "ok");
+  EXPECT_EQ(Control("fault 2 busy"), "ok");
+  std::vector<std::string> names;
+  interfaces->GetIfList(names, ArqSwitchApi::Header_t());
+  EXPECT_EQ(names.size(), 21u);
+  EXPECT_THROW(interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t()), ArqSwitchApi::Fault_t);
+  EXPECT_EQ(Control("calls Interfaces:GetMainMacAddr"), "calls 3");
+  EXPECT_EQ(Control("calls Interfaces:GetIfList"), "calls 1");
+  EXPECT_EQ(Control("answer"), "ok");
+  interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
   EXPECT_EQ(Control("bogus"), "error unknown command");
   EXPECT_EQ(Control("fault x"), "error fault needs a code");
 

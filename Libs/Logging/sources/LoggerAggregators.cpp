@@ -54,9 +54,11 @@ LoggerFactoryAggregator::LoadLoggerFactories(const LoggerConfigurations& configu
   for (const auto& configuration : configurations.loggers) {
     auto loader = libraries_.LoadLibrary(configuration);
     ILoggingLoaderFactory* maker = loader->Instantiate(configuration.libraryEntryPoint);
-    if (maker != nullptr) {
-      factories.emplace_back(maker->CreateLoggerFactory(configuration.configuration));
-    }
+    // A plug-in that declines the entry (no maker, no factory) adds no member;
+    // a null member would crash every later Create.
+    arq::logging::ILoggerFactory* factory =
+        maker != nullptr ? maker->CreateLoggerFactory(configuration.configuration) : nullptr;
+    if (factory != nullptr) factories.emplace_back(factory);
     libraries_.Keep(configuration, std::move(loader));
   }
   return factories;

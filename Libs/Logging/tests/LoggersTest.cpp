@@ -1,13 +1,7 @@
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <fstream>
-#include <iostream>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,41 +10,18 @@
 #include "Arq/Logging/Loader/LoggerAggregators.h"
 #include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/TestSupport/CapturedOutput.h"
+#include "LoggingTestFiles.h"
 
 namespace Loader = Arq::Logging::Loader;
 using arq::logging::ILogger;
 
 namespace {
 
+using Arq::Logging::Testing::Configuration;
+using Arq::Logging::Testing::ConfigurationFile;
+using Arq::Logging::Testing::Lines;
+using Arq::Logging::Testing::PluginEntry;
 using CapturedStdout = Arq::TestSupport::CapturedOutput;
-
-std::string WriteTempFile(const std::string& content) {
-  char name[] = "/tmp/arq-logging-cfg-XXXXXX";
-  const int fd = mkstemp(name);
-  const ssize_t written = write(fd, content.data(), content.size());
-  close(fd);
-  EXPECT_EQ(written, static_cast<ssize_t>(content.size()));
-  return name;
-}
-
-std::string PluginEntry(const std::string& name, const std::string& extra = "") {
-  return R"({"name":")" + name + R"(","libraryPath":")" + ARQ_STREAM_LOGGER_PATH + "\"" + extra +
-         "}";
-}
-
-std::string Configuration(const std::vector<std::string>& entries) {
-  std::string text = R"({"version":"1.0.0", /* comments are allowed */ "loggers":[)";
-  for (size_t i = 0; i < entries.size(); ++i) text += (i ? "," : "") + entries[i];
-  return text + "]}";
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return lines;
-}
 
 TEST(LoggersTest, WithoutConfigurationHandsOutSilentSharedLoggers) {
   auto& registry = Loader::Loggers::GetInstance();
@@ -82,8 +53,8 @@ TEST(LoggersTest, ConfigurationsPathIsCutAtTheMarkerLength) {
 }
 
 TEST(LoggersTest, PluginLoggersWriteWholeLinesAndFollowTheRegistryLevel) {
-  const std::string path = WriteTempFile(Configuration({PluginEntry("stream")}));
-  auto& registry = Loader::Loggers::CreateLoggers(path);
+  const ConfigurationFile file(Configuration({PluginEntry("stream")}));
+  auto& registry = Loader::Loggers::CreateLoggers(file.Path());
   registry.SetLoggingLevel(ILogger::Warning);
   auto logger = registry.GetLogger("PluginComponent");
   EXPECT_EQ(registry.GetLogger("PluginComponent"), logger);
@@ -102,8 +73,7 @@ TEST(LoggersTest, PluginLoggersWriteWholeLinesAndFollowTheRegistryLevel) {
 
   const auto lines = Lines(out.Text());
   ASSERT_EQ(lines.size(), 2u) << out.Text();
-  const std::regex format(
-      R"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z (\w+) (\w+): (.*) \(([^()]*)\)$)");
+  const std::regex format(Arq::Logging::Testing::kStreamLinePattern);
   std::smatch match;
   ASSERT_TRUE(std::regex_match(lines[0], match, format)) << lines[0];
   EXPECT_EQ(match[1], "Error");
@@ -115,7 +85,6 @@ TEST(LoggersTest, PluginLoggersWriteWholeLinesAndFollowTheRegistryLevel) {
   EXPECT_EQ(match[2], "LaterComponent");
   EXPECT_EQ(match[4], "Apps/y.cpp:7");
   registry.SetLoggingLevel(ILogger::Warning);
-  unlink(path.c_str());
 }
 
 TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
@@ -124,7 +93,8 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
   const std::string missingLibrary =
       Configuration({R"({"name":"m","libraryPath":"/nonexistent/libnothing.so"})"});
   const std::string malformed = R"({"loggers": [ {"name": )";
-  const std::string notElf = WriteTempFile(std::string(200, 'x'));
+  const ConfigurationFile notElfFile(std::string(200, 'x'));
+  const std::string& notElf = notElfFile.Path();
   struct Case {
     const char* name;
     std::string content;
@@ -149,7 +119,8 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const std::string path = WriteTempFile(c.content);
+    const ConfigurationFile file(c.content);
+    const std::string& path = file.Path();
     auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
     CapturedStdout out;
     EXPECT_EQ(aggregator->Aggregate(path), nullptr);
@@ -157,9 +128,7 @@ TEST(LoggerAggregatorTest, BadConfigurationsPrintTheirReasonAndGiveNoFactory) {
     const auto mark = expected.find("%s");
     if (mark != std::string::npos) expected.replace(mark, 2, path);
     EXPECT_EQ(out.Text(), expected);
-    unlink(path.c_str());
   }
-  unlink(notElf.c_str());
   auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
   CapturedStdout out;
   EXPECT_EQ(aggregator->Aggregate(std::string("/nonexistent/loggers.cfg")), nullptr);
@@ -174,11 +143,11 @@ TEST(LoggerAggregatorTest, EntriesFallBackToDefaultsAndShareLibrariesByName) {
   ASSERT_NE(empty, nullptr);
   EXPECT_EQ(empty->Create("x")->GetLevel(), ILogger::NoLog);
 
-  const std::string path = WriteTempFile(Configuration(
+  const ConfigurationFile file(Configuration(
       {PluginEntry("same", R"(,"libraryEntryPoint":17,"output":"stdout")"),
        R"({"name":"same","libraryPath":"/nonexistent/ignored.so","level":"Error"})"}));
   Loader::LoggerConfigurationsReader reader;
-  const auto configurations = reader.Read(path);
+  const auto configurations = reader.Read(file.Path());
   EXPECT_EQ(configurations.version, "1.0.0");
   ASSERT_EQ(configurations.loggers.size(), 2u);
   EXPECT_EQ(configurations.loggers[0].libraryEntryPoint, "ILoggingLoaderFactoryMaker");
@@ -186,7 +155,7 @@ TEST(LoggerAggregatorTest, EntriesFallBackToDefaultsAndShareLibrariesByName) {
             "ILoggingEventHandlerSetterMaker");
   EXPECT_EQ(configurations.loggers[1].configuration["level"].asString(), "Error");
 
-  auto factory = aggregator->Aggregate(path);
+  auto factory = aggregator->Aggregate(file.Path());
   ASSERT_NE(factory, nullptr);
   auto logger = factory->Create("Twice");
   logger->SetLevel(ILogger::Trace);
@@ -198,14 +167,6 @@ TEST(LoggerAggregatorTest, EntriesFallBackToDefaultsAndShareLibrariesByName) {
   EXPECT_THAT(lines[0], testing::HasSubstr(" Warning Twice: to both (f.cpp:1)"));
   EXPECT_THAT(lines[1], testing::HasSubstr(" Error Twice: error line (f.cpp:2)"));
   EXPECT_THAT(lines[2], testing::HasSubstr(" Error Twice: error line (f.cpp:2)"));
-  unlink(path.c_str());
-
-  auto handlers = Loader::LoggerEventHandlerAggregatorFactory::Create();
-  const std::string handlerPath = WriteTempFile(Configuration({PluginEntry("h")}));
-  auto setter = handlers->Aggregate(handlerPath);
-  ASSERT_NE(setter, nullptr);
-  setter->SetEventHandler(nullptr);
-  unlink(handlerPath.c_str());
 }
 
 TEST(CompositeLoggerTest, CreationFailuresAreReportedAndSkipped) {
@@ -226,8 +187,10 @@ TEST(CompositeLoggerTest, CreationFailuresAreReportedAndSkipped) {
 }
 
 TEST(StreamLoggerTest, ConcurrentWritersNeverSplitALine) {
-  const std::string path = WriteTempFile(Configuration({PluginEntry("c")}));
-  auto factory = Loader::LoggerFactoryAggregatorFactory::Create()->Aggregate(path);
+  const ConfigurationFile file(Configuration({PluginEntry("c")}));
+  // The aggregator keeps the plug-ins loaded: it outlives what they made.
+  auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
+  auto factory = aggregator->Aggregate(file.Path());
   ASSERT_NE(factory, nullptr);
   CapturedStdout out;
   {
@@ -250,7 +213,6 @@ TEST(StreamLoggerTest, ConcurrentWritersNeverSplitALine) {
     ASSERT_TRUE(std::regex_match(line, match, whole)) << line;
     EXPECT_EQ(match[2].str()[0], 'a' + std::stoi(match[1]));
   }
-  unlink(path.c_str());
 }
 
 }  // namespace

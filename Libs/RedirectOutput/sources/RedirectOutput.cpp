@@ -18,8 +18,9 @@ RedirectOutput::RedirectOutput(const char* path, FILE* stream)
 
 void RedirectOutput::Redirect(const char* path, const char* mode, FILE* stream) {
   const std::string time = BannerProvider::UtcAscTime();
-  stream_ = std::freopen(path, mode, stream);
-  if (stream_ == nullptr) return;
+  stream_ = stream;
+  open_ = stream != nullptr && std::freopen(path, mode, stream) != nullptr;
+  if (!open_) return;
   std::setbuf(stream_, nullptr);
   if (writeBanners_) {
     WriteBanner("----------------------------------- " + time +
@@ -28,7 +29,7 @@ void RedirectOutput::Redirect(const char* path, const char* mode, FILE* stream) 
 }
 
 void RedirectOutput::WriteBanner(const std::string& text) {
-  if (stream_ == nullptr) return;
+  if (!open_) return;
   std::string banner(96, '-');
   banner += '\n';
   if (providers_.empty()) {
@@ -42,7 +43,7 @@ void RedirectOutput::WriteBanner(const std::string& text) {
 
 long RedirectOutput::Size() const {
   struct stat status {};
-  if (stream_ == nullptr) return 0;
+  if (!open_) return 0;
   const int fd = fileno(stream_);
   if (fd < 0 || fstat(fd, &status) != 0) return 0;
   return static_cast<long>(status.st_size);
@@ -50,14 +51,14 @@ long RedirectOutput::Size() const {
 
 bool RedirectOutput::Split(long maxSize) {
   struct stat status {};
-  const int fd = stream_ != nullptr ? fileno(stream_) : -1;
+  const int fd = open_ ? fileno(stream_) : -1;
   if (fd >= 0 && fstat(fd, &status) == 0) {
     if (status.st_size <= maxSize) return false;
   } else if (maxSize >= 0) {
     return false;
   }
   std::rename(path_.c_str(), backupPath_.c_str());
-  Redirect(path_.c_str(), "w", stream_ != nullptr ? stream_ : stdout);
+  Redirect(path_.c_str(), "w", stream_);
   return true;
 }
 

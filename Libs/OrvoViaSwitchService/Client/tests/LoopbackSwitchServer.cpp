@@ -51,6 +51,11 @@ void ServerBehaviour::Delay(std::chrono::milliseconds value) {
   delay = value;
 }
 
+void ServerBehaviour::Only(const std::string& call) {
+  std::lock_guard<std::mutex> lock(mutex);
+  target = call;
+}
+
 void ServerBehaviour::Release() {
   {
     std::lock_guard<std::mutex> lock(mutex);
@@ -73,7 +78,10 @@ void ServerBehaviour::Apply(const std::string& line, const api::Header_t& header
   std::unique_lock<std::mutex> lock(mutex);
   calls.push_back(line);
   headers.push_back(header);
-  switch (mode) {
+  const bool targeted =
+      target.empty() || (line.compare(0, target.size(), target) == 0 &&
+                         (line.size() == target.size() || line[target.size()] == ' '));
+  switch (targeted ? mode : Mode::Answer) {
     case Mode::Answer:
       return;
     case Mode::Fault: {

@@ -29,6 +29,9 @@ class ServerBehaviour {
   void Fault(ArqSwitchApi::ErrorCode_t::type code, const std::string& what);
   void OtherException(const std::string& what);
   void Delay(std::chrono::milliseconds delay);
+  // Limits the configured behaviour to one call ("Interfaces:GetCnt"); the
+  // other calls answer normally. Empty: every call.
+  void Only(const std::string& call);
   // Ends every delay under way and refuses new ones (teardown).
   void Release();
 
@@ -55,6 +58,7 @@ class ServerBehaviour {
   ArqSwitchApi::ErrorCode_t::type faultCode = ArqSwitchApi::ErrorCode_t::NoError;
   std::string text;
   std::chrono::milliseconds delay{0};
+  std::string target;
   std::vector<std::string> calls;
   std::vector<ArqSwitchApi::Header_t> headers;
 };

@@ -32,9 +32,12 @@ class RedirectOutput {
  private:
   std::string path_;
   std::string backupPath_;
+  // The stream object stays the same across reopenings; after a failed
+  // reopen it is closed (open_ false) and only a forced split retries it.
   FILE* stream_ = nullptr;
   Providers providers_;
   bool writeBanners_ = false;
+  bool open_ = false;
 };
 
 // Checks the file size every splitPeriod seconds on its own thread; a stop
