@@ -216,3 +216,32 @@ TEST(StreamLoggerTest, ConcurrentWritersNeverSplitALine) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(LoggerConfigurationsTest, SampleFileNamesTheProjectPlugin) {
+  Loader::LoggerConfigurationsReader reader;
+  const auto sample = reader.Read(std::string(ARQ_SAMPLE_LOGGER_CONFIGURATIONS));
+  EXPECT_EQ(sample.version, "1.0.0");
+  ASSERT_EQ(sample.loggers.size(), 1u);
+  const auto& entry = sample.loggers[0];
+  EXPECT_EQ(entry.name, "StreamLogger");
+  EXPECT_EQ(entry.libraryPath, "/usr/local/lib/orvovia/libArqStreamLogger.so");
+  EXPECT_EQ(entry.libraryEntryPoint, "ILoggingLoaderFactoryMaker");
+  EXPECT_EQ(entry.libraryEventHandlerEntryPoint, "ILoggingEventHandlerSetterMaker");
+
+  // The same entry, pointed at the plug-in of this build, logs to standard output.
+  Json::Value root;
+  root["loggers"].append(entry.configuration);
+  root["loggers"][0]["libraryPath"] = ARQ_STREAM_LOGGER_PATH;
+  auto aggregator = Loader::LoggerFactoryAggregatorFactory::Create();
+  auto factory = aggregator->Aggregate(root);
+  ASSERT_NE(factory, nullptr);
+  auto logger = factory->Create("Sample");
+  logger->SetLevel(ILogger::Trace);
+  CapturedStdout out;
+  logger->Log(ILogger::Trace, "sample", "etc.cpp", 1);
+  EXPECT_THAT(out.Text(), testing::EndsWith(" Trace Sample: sample (etc.cpp:1)\n"));
+}
+
+}  // namespace

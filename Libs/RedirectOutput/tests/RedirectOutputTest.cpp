@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <regex>
+#include <thread>
 
 #include "Arq/AppVersionBannerProvider/AppVersionBannerProvider.h"
 #include "Arq/LogBanner/LogBanner.h"
@@ -134,6 +135,8 @@ TEST(RedirectOutputTest, DestroyingTheWorkerStopsItWithinABound) {
     auto worker = std::make_unique<Arq::RedirectOutput::RedirectOutputWorker>(
         RedirectOutput(path.c_str(), stream.file), 3600, 0);
     worker->Run();
+    // Let the thread reach its one-second sleep, so that the stop has to wait for it.
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
     if (stopFirst) worker->Stop();
     const auto start = std::chrono::steady_clock::now();
     worker.reset();
@@ -205,17 +208,20 @@ TEST(RedirectOutputTest, FactoryRedirectsStandardOutputAndHeadsNewFilesWithTheBa
   const std::string line(250, 'y');
   ForkedChild child([&] {
     auto logger = std::make_shared<FixedLevelLogger>();
-    auto worker = Arq::RedirectOutput::RedirectOutputWorkerFactory::CreateAndRun(
+    // Create, write, then Run: the split thread starts after these writes and
+    // is joined before the last one, so no write races with the reopening.
+    auto worker = Arq::RedirectOutput::RedirectOutputWorkerFactory::Create(
         path, 1, 450,
         {std::make_shared<Arq::LogBanner::LogBannerProvider>(logger),
          std::make_shared<Arq::AppVersionBannerProvider::AppVersionBannerProvider>(
              std::make_shared<FixedVersion>())});
     std::printf("%s\n", line.c_str());
     const ssize_t written = write(STDOUT_FILENO, (line + "\n").data(), line.size() + 1);
+    worker->Run();
     const bool split = WaitUntil([&] { return std::filesystem::exists(path + ".bak"); },
                                  std::chrono::seconds(10), std::chrono::milliseconds(20));
-    std::printf("after\n");
     worker.reset();
+    std::printf("after\n");
     return split && written == static_cast<ssize_t>(line.size() + 1) ? 0 : 1;
   });
   ASSERT_GT(child.Pid(), 0);
