@@ -7,10 +7,7 @@
 #include <set>
 #include <utility>
 
-#include "Arq/Monitoring/MetricConverter/ConfigMetricConverter.h"
-#include "Arq/Monitoring/MetricConverter/InterfaceMetricConverter.h"
-#include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
-#include "Arq/Monitoring/MetricConverter/PTPMetricConverter.h"
+#include "Arq/Monitoring/SwitchSnapshot.h"
 
 namespace Arq::Monitoring {
 
@@ -132,37 +129,22 @@ Dto::ConfigFile ThriftMonitoringCollector::GetCurrentConfiguration() {
 
 void ThriftMonitoringCollector::Collect(
     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) {
-  const auto interfaceNames = GetInterfaceNames();
-  const auto interfaces = GetInterfacesInformation(interfaceNames);
-  const auto ethNames = GetEthNames(interfaces);
-  const auto ethInfos = GetEthernetInformation(ethNames);
-  const auto ethCounters = GetEthernetCounters(ethNames);
-  const auto ethStats = GetEthernetBandwidths(ethNames);
-  const auto mainMacAddress = GetMainMacAddress();
-  const auto lldpConfiguration = GetLLDPConfiguration();
-  const auto topology = GetTopology();
-  const auto ptpConfigurations = GetPTPConfigurations();
-  const auto currentConfiguration = GetCurrentConfiguration();
+  // Every call first, each with its own connection; then the conversion.
+  SwitchSnapshot snapshot;
+  snapshot.interfaceNames = GetInterfaceNames();
+  snapshot.interfaces = GetInterfacesInformation(snapshot.interfaceNames);
+  const auto ethNames = GetEthNames(snapshot.interfaces);
+  snapshot.ethInfos = GetEthernetInformation(ethNames);
+  snapshot.ethCounters = GetEthernetCounters(ethNames);
+  snapshot.ethStats = GetEthernetBandwidths(ethNames);
+  snapshot.mainMacAddress = GetMainMacAddress();
+  snapshot.lldpConfig = GetLLDPConfiguration();
+  snapshot.lldpNeighbours = GetTopology();
+  snapshot.ptpConfigs = GetPTPConfigurations();
+  snapshot.currentConfig = GetCurrentConfiguration();
 
   try {
-    using MetricConverter::InterfaceMetricConverter;
-    values->nbEthernetInterfaces.Value(
-        InterfaceMetricConverter::ToMetric(interfaceNames, interfaces, ethInfos, ethCounters,
-                                           ethStats, values->ethernetInterfaceMetrics.data()));
-    values->nbPRSInterfaces.Value(
-        InterfaceMetricConverter::ToMetric(interfaceNames, interfaces, ethInfos, ethCounters,
-                                           ethStats, values->pRSInterfaceMetrics.data()));
-    values->nbLAGInterfaces.Value(
-        InterfaceMetricConverter::ToMetric(interfaceNames, interfaces, ethInfos, ethCounters,
-                                           ethStats, values->lAGInterfaceMetrics.data()));
-    MetricConverter::LLDPMetricConverter::ToMetric(lldpConfiguration, mainMacAddress,
-                                                   &values->lLDPMetric);
-    values->nbLLDPInfos.Value(
-        MetricConverter::LLDPMetricConverter::ToMetric(topology, values->lLDPInfoMetrics.data()));
-    values->nbPTPs.Value(MetricConverter::PTPMetricConverter::ToMetric(ptpConfigurations,
-                                                                       values->pTPMetrics.data()));
-    MetricConverter::ConfigMetricConverter::ToMetric(currentConfiguration,
-                                                     &values->currentConfigMetric);
+    PublishSnapshot(snapshot, values);
   } catch (const std::exception& exception) {
     snmp_log(LOG_ERR, "ThriftMonitoringCollector::Collect(), Error: %s\n", exception.what());
   }

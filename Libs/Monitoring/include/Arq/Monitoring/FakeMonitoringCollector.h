@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Arq/Monitoring/IMonitoringCollector.h"
+#include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/ConfigFile.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCnt.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthInfo.h"
@@ -17,25 +18,6 @@
 #include "Arq/OrvoViaSwitch/Domain/Dto/PTPConfig.h"
 
 namespace Arq::Monitoring {
-
-// Everything one collection learns from a switch, as domain records.
-struct SwitchSnapshot {
-  std::vector<std::string> interfaceNames;
-  std::map<std::string, OrvoViaSwitch::Domain::Dto::IfInfo> interfaces;
-  std::vector<OrvoViaSwitch::Domain::Dto::EthInfo> ethInfos;
-  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthCnt>> ethCounters;
-  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthStat>> ethStats;
-  std::string mainMacAddress;
-  OrvoViaSwitch::Domain::Dto::LldpConfig lldpConfig;
-  std::vector<OrvoViaSwitch::Domain::Dto::LldpInfo> lldpNeighbours;
-  std::vector<OrvoViaSwitch::Domain::Dto::PTPConfig> ptpConfigs;
-  OrvoViaSwitch::Domain::Dto::ConfigFile currentConfig;
-};
-
-// Runs a snapshot through the metric converters into the values set, storing
-// the counts: the path every collector ends with.
-void PublishSnapshot(const SwitchSnapshot& snapshot,
-                     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values);
 
 // A synthetic 24-port switch for Fake mode: 16 Ethernet interfaces (eth1 to
 // eth16), two PRS pairs (prs1: eth17+eth18, prs2: eth19+eth20), two LAGs

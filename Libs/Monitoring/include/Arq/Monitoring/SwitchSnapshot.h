@@ -1,0 +1,38 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Arq/OrvoViaSwitch/Domain/Dto/ConfigFile.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCnt.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthStat.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/IfInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/LldpConfig.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/LldpInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/PTPConfig.h"
+#include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
+
+namespace Arq::Monitoring {
+
+// Everything one collection learns from a switch, as domain records.
+struct SwitchSnapshot {
+  std::vector<std::string> interfaceNames;
+  std::map<std::string, OrvoViaSwitch::Domain::Dto::IfInfo> interfaces;
+  std::vector<OrvoViaSwitch::Domain::Dto::EthInfo> ethInfos;
+  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthCnt>> ethCounters;
+  std::map<std::string, std::vector<OrvoViaSwitch::Domain::Dto::EthStat>> ethStats;
+  std::string mainMacAddress;
+  OrvoViaSwitch::Domain::Dto::LldpConfig lldpConfig;
+  std::vector<OrvoViaSwitch::Domain::Dto::LldpInfo> lldpNeighbours;
+  std::vector<OrvoViaSwitch::Domain::Dto::PTPConfig> ptpConfigs;
+  OrvoViaSwitch::Domain::Dto::ConfigFile currentConfig;
+};
+
+// Runs a snapshot through the metric converters into the values set, storing
+// the counts: the path every collector ends with.
+void PublishSnapshot(const SwitchSnapshot& snapshot,
+                     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values);
+
+}  // namespace Arq::Monitoring
