@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -137,6 +139,74 @@ TEST(InputParametersTest, UnknownArgumentThrowsEvenAfterGoodOnes) {
       EXPECT_EQ(std::string(error.what()),
                 "InputParameters:Parse Invalid Input Parameter " + words.back());
     }
+  }
+}
+
+// Every argument either lands in its field or is rejected with the whole
+// argument in the message, whatever its bytes or length.
+TEST(InputParametersTest, HostileArgumentsParseOrThrowTheExactMessage) {
+  using Check = std::function<void(const InputParameters::Parameters&)>;
+  const std::string longText(10000, 'x');
+  const std::string nonAscii = "\xc3\xa9t\xc3\xa9\xff\xfe\x80";
+  const struct {
+    std::string argument;
+    Check check;  // empty: the argument must be rejected
+  } cases[] = {
+      {"", nullptr},
+      {longText, nullptr},
+      {nonAscii, nullptr},
+      {":", nullptr},
+      {"-", nullptr},
+      {"--", nullptr},
+      {" --help", nullptr},
+      {"remote_port_number", nullptr},
+      {"remote_port_number:", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 9092); }},
+      {"remote_port_number:" + std::string(10000, '9'),
+       [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 9092); }},
+      {"remote_port_number:" + nonAscii,
+       [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 9092); }},
+      {"remote_port_number:2147483648", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 9092); }},
+      {"remote_port_number:65536", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 0); }},
+      {"remote_port_number:-32769", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 32767); }},
+      {"remote_port_number:+12", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 12); }},
+      {"remote_port_number:0x10", [](const auto& p) { EXPECT_EQ(p.remotePortNumber, 0); }},
+      {"redirect_output_file_size:-9223372036854775808",
+       [](const auto& p) { EXPECT_EQ(p.redirectOutputFileSize, INT64_MIN); }},
+      {"redirect_output_file_size:-9223372036854775809",
+       [](const auto& p) { EXPECT_EQ(p.redirectOutputFileSize, 26214400); }},
+      {"collect_metrics_period:-5", [](const auto& p) { EXPECT_EQ(p.collectMetricsPeriod, -5); }},
+      {"collect_metrics_period:\t 9 s",
+       [](const auto& p) { EXPECT_EQ(p.collectMetricsPeriod, 9); }},
+      {"log_level:", [](const auto& p) { EXPECT_EQ(p.logLevel, ILogger::NoLog); }},
+      {"log_level:Info ", [](const auto& p) { EXPECT_EQ(p.logLevel, ILogger::NoLog); }},
+      {"log_level:Error", [](const auto& p) { EXPECT_EQ(p.logLevel, ILogger::Error); }},
+      {"monitoring_processor_mode:",
+       [](const auto& p) {
+         EXPECT_EQ(p.monitoringProcessorMode, MonitoringProcessorMode::Thrift);
+       }},
+      {"monitoring_processor_mode:Fake ",
+       [](const auto& p) {
+         EXPECT_EQ(p.monitoringProcessorMode, MonitoringProcessorMode::Thrift);
+       }},
+      {"logger_configurations_path:" + longText,
+       [&](const auto& p) { EXPECT_EQ(p.loggerConfigurationsPath, longText); }},
+      {"data_setup_folder:" + nonAscii,
+       [&](const auto& p) { EXPECT_EQ(p.dataSetupFolder, nonAscii); }},
+      {"redirect_output::", [](const auto& p) { EXPECT_EQ(p.redirectOutput, ":"); }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE("argument [" + c.argument.substr(0, 40) + "]");
+    if (!c.check) {
+      try {
+        Parse(Defaults(), {c.argument});
+        ADD_FAILURE() << "accepted";
+      } catch (const InvalidInputParameterException& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  "InputParameters:Parse Invalid Input Parameter " + c.argument);
+      }
+      continue;
+    }
+    c.check(Parse(Defaults(), {c.argument}));
   }
 }
 

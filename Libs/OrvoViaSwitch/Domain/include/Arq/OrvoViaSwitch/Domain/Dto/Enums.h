@@ -9,7 +9,9 @@
 // bounds each range.
 namespace Arq::OrvoViaSwitch::Domain::Dto {
 
-enum class Status : std::int32_t { Failed = -1, Success = 0 };
+// The interface numbers Failed as -1; like every twin, the domain keeps -1
+// for Unknown and numbers the members from 0.
+enum class Status : std::int32_t { Unknown = -1, Failed, Success, __LAST__ };
 
 enum class ConfigType : std::int32_t { Unknown = -1, All, Default, Release, Debug, __LAST__ };
 
