@@ -98,9 +98,9 @@ TEST(InterfaceMetricConverterTest, EthernetInterfaceCopiesEveryField) {
 TEST(InterfaceMetricConverterTest, StateMapsToUnknownUpOrDown) {
   EXPECT_EQ(InterfaceMetricConverter::ToEthStateMetric(Dto::EthState::Unknown), -1);
   EXPECT_EQ(InterfaceMetricConverter::ToEthStateMetric(Dto::EthState::LinkUp), 1);
-  for (auto state : {Dto::EthState::NotConfigured, Dto::EthState::InReset, Dto::EthState::LinkDown,
-                     Dto::EthState::InitIntProgress, Dto::EthState::MacLinkDown,
-                     Dto::EthState::Failure}) {
+  for (auto state :
+       {Dto::EthState::NotConfigured, Dto::EthState::InReset, Dto::EthState::LinkDown,
+        Dto::EthState::InitIntProgress, Dto::EthState::MacLinkDown, Dto::EthState::Failure}) {
     EXPECT_EQ(InterfaceMetricConverter::ToEthStateMetric(state), 0);
   }
 }
@@ -215,15 +215,53 @@ TEST(InterfaceMetricConverterTest, CapacityOrderAndShiftWhenAnInterfaceDisappear
   EXPECT_EQ(values->ethernetInterfaceMetrics[10].Value(), Metrics::EthernetInterfaceMetric());
 }
 
+// The ports' records may come in any order, and from one cycle to the next
+// in a shorter list: each port still gets its own record.
+TEST(InterfaceMetricConverterTest, PortRecordsAreFoundWhateverTheirOrder) {
+  auto values = std::make_unique<Values>();
+  const Dto::EthSpeed speeds[] = {Dto::EthSpeed::S1G, Dto::EthSpeed::S10G, Dto::EthSpeed::S25G,
+                                  Dto::EthSpeed::S100G};
+  Answers a;
+  for (int i = 0; i < 8; ++i) {
+    const std::string name = "e" + std::to_string(i);
+    a.Port(name, i % 2 == 0 ? Dto::EthState::LinkUp : Dto::EthState::LinkDown);
+    a.ethInfos.back().Speed = speeds[i % 4];
+    a.Interface(name, Dto::IfType::Ethernet, {name});
+  }
+  // Answered as e7 e5 e3 e1 e6 e4 e2 e0.
+  std::vector<Dto::EthInfo> shuffled;
+  for (int i = 7; i >= 1; i -= 2) shuffled.push_back(a.ethInfos[i]);
+  for (int i = 6; i >= 0; i -= 2) shuffled.push_back(a.ethInfos[i]);
+  const auto inOrder = a.ethInfos;
+  for (const auto& infos :
+       {shuffled, inOrder, std::vector<Dto::EthInfo>(shuffled.begin() + 4, shuffled.end())}) {
+    a.ethInfos = infos;
+    const auto published = infos.size();
+    a.names.clear();
+    for (const auto& info : infos) a.names.push_back(info.EthName);
+    ASSERT_EQ(a.Convert(values->ethernetInterfaceMetrics.data()), published);
+    for (std::size_t row = 0; row < published; ++row) {
+      const auto metric = values->ethernetInterfaceMetrics[row].Value();
+      const int port = std::stoi(metric.name.substr(1));
+      SCOPED_TRACE(metric.name);
+      EXPECT_EQ(metric.ethernet.ethName, metric.name);
+      EXPECT_EQ(metric.ethernet.speed, static_cast<std::int32_t>(speeds[port % 4]));
+      EXPECT_EQ(metric.ethernet.state, port % 2 == 0 ? 1 : 0);
+    }
+  }
+  EXPECT_EQ(values->ethernetInterfaceMetrics[3].Value().name, "e0");
+  EXPECT_EQ(values->ethernetInterfaceMetrics[4].Value(), Metrics::EthernetInterfaceMetric());
+}
+
 TEST(InterfaceMetricConverterTest, SelectsByTypeInTheSwitchOrder) {
   Answers a;
   a.Interface("z", Dto::IfType::Ethernet, {"z"}, false);
   a.Interface("v", Dto::IfType::Virtual, {}, false);
   a.Interface("a", Dto::IfType::Ethernet, {"a"}, false);
   a.names.push_back("ghost");
-  EXPECT_THAT(InterfaceMetricConverter::GetInterfaceNamesOf(Dto::IfType::Ethernet, a.names,
-                                                            a.ifInfos),
-              ElementsAre("z", "a"));
+  EXPECT_THAT(
+      InterfaceMetricConverter::GetInterfaceNamesOf(Dto::IfType::Ethernet, a.names, a.ifInfos),
+      ElementsAre("z", "a"));
 }
 
 }  // namespace

@@ -105,13 +105,43 @@ Cell Cell::Text(const std::string& value, std::size_t width, ColumnSyntax syntax
   return cell;
 }
 
+void GeneratedRow::push_back(const Cell& cell) {
+  Slot slot{cell.syntax, 0, 0, 0};
+  if (cell.syntax == ColumnSyntax::Integer) {
+    slot.offset = static_cast<std::uint16_t>(integers.size());
+    integers.push_back(cell.integer);
+  } else {
+    const std::size_t length = cell.TextLength();
+    slot.width = static_cast<std::uint8_t>(cell.width);
+    slot.length = static_cast<std::uint8_t>(length);
+    slot.offset = static_cast<std::uint16_t>(texts.size());
+    texts.append(cell.text.data(), length);
+  }
+  slots.push_back(slot);
+}
+
+CellView GeneratedRow::operator[](std::size_t column) const {
+  const Slot& slot = slots[column];
+  if (slot.syntax == ColumnSyntax::Integer) {
+    return {slot.syntax, integers[slot.offset], nullptr, 0, 0};
+  }
+  return {slot.syntax, -1, texts.data() + slot.offset, slot.length, slot.width};
+}
+
+void GeneratedRow::ShrinkToFit() {
+  slots.shrink_to_fit();
+  integers.shrink_to_fit();
+  texts.shrink_to_fit();
+}
+
 GeneratedRow DefaultRow(const GeneratedRow& shape) {
   GeneratedRow row;
-  row.reserve(shape.size());
-  for (const auto& cell : shape) {
+  for (std::size_t column = 0; column < shape.size(); ++column) {
+    const CellView cell = shape[column];
     row.push_back(cell.syntax == ColumnSyntax::Integer ? Cell::Integer(-1)
                                                        : Cell::Text(" ", cell.width, cell.syntax));
   }
+  row.ShrinkToFit();
   return row;
 }
 
@@ -129,9 +159,9 @@ void InitializeTable(TableUserContext& context, const TableDefinition& definitio
                      Netsnmp_Node_Handler* handler) {
   netsnmp_table_data_set* dataSet = netsnmp_create_table_data_set(definition.name);
   netsnmp_table_set_add_indexes(dataSet, ASN_INTEGER, 0);
-  unsigned int column = 2;
-  for (const auto& cell : definition.shape) {
-    netsnmp_table_set_add_default_row(dataSet, column++, static_cast<int>(cell.syntax), 0, nullptr,
+  for (std::size_t column = 0; column < definition.shape.size(); ++column) {
+    netsnmp_table_set_add_default_row(dataSet, static_cast<unsigned int>(column + 2),
+                                      static_cast<int>(definition.shape[column].syntax), 0, nullptr,
                                       0);
   }
   const auto fullId = ObjectId(definition.arcs);
@@ -152,14 +182,14 @@ void CreateRows(TableUserContext& context, const GeneratedRow& shape, long rowCo
     netsnmp_table_row* row = netsnmp_create_table_data_row();
     snmp_varlist_add_variable(&row->indexes, nullptr, 0, ASN_INTEGER,
                               reinterpret_cast<const u_char*>(&index), sizeof index);
-    unsigned int column = 2;
-    for (const auto& cell : cached.row) {
+    for (std::size_t column = 0; column < cached.row.size(); ++column) {
+      const CellView cell = cached.row[column];
+      const auto number = static_cast<unsigned int>(column + 2);
       if (cell.syntax == ColumnSyntax::Integer) {
-        netsnmp_set_row_column(row, column, ASN_INTEGER, &cell.integer, sizeof cell.integer);
+        netsnmp_set_row_column(row, number, ASN_INTEGER, &cell.integer, sizeof cell.integer);
       } else {
-        netsnmp_set_row_column(row, column, static_cast<int>(cell.syntax), cell.text.data(), 1);
+        netsnmp_set_row_column(row, number, static_cast<int>(cell.syntax), cell.text, 1);
       }
-      ++column;
     }
     netsnmp_table_dataset_add_row(context.dataSet, row);
   }
@@ -196,7 +226,7 @@ int AnswerCell(const TableUserContext& context, long index, unsigned int column,
     netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
     return SNMP_NOSUCHOBJECT;
   }
-  const Cell& cell = row[column - 2];
+  const CellView cell = row[column - 2];
   switch (cell.syntax) {
     case ColumnSyntax::Integer:
       snmp_set_var_typed_value(request->requestvb, ASN_INTEGER,
@@ -205,14 +235,13 @@ int AnswerCell(const TableUserContext& context, long index, unsigned int column,
     case ColumnSyntax::IpAddress: {
       // A manager cannot use an IpAddress that is not four bytes: the dotted
       // text is answered as its address.
-      const auto address = IpAddressBytes(cell.text.data(), cell.width);
+      const auto address = IpAddressBytes(cell.text, cell.length);
       snmp_set_var_typed_value(request->requestvb, ASN_IPADDRESS, address.data(), address.size());
       break;
     }
     case ColumnSyntax::OctetString:
       snmp_set_var_typed_value(request->requestvb, ASN_OCTET_STR,
-                               reinterpret_cast<const u_char*>(cell.text.data()),
-                               cell.TextLength());
+                               reinterpret_cast<const u_char*>(cell.text), cell.length);
       break;
   }
   return SNMP_ERR_NOERROR;

@@ -92,7 +92,7 @@ enum class ColumnSyntax : u_char {
   IpAddress = ASN_IPADDRESS
 };
 
-// One cell of a generated row: an integer, or a zero-filled text of `width`.
+// One cell as a generated row takes it: an integer, or a text cut to `width`.
 struct Cell {
   ColumnSyntax syntax = ColumnSyntax::Integer;
   long integer = -1;
@@ -105,8 +105,37 @@ struct Cell {
   std::size_t TextLength() const { return strnlen(text.data(), width); }
 };
 
-// A generated row: the cells of columns 2 onwards, in column order.
-using GeneratedRow = std::vector<Cell>;
+// A stored cell as the handler answers it; `text` points into the row.
+struct CellView {
+  ColumnSyntax syntax;
+  long integer;
+  const char* text;
+  std::size_t length;
+  std::size_t width;
+};
+
+// A generated row: the cells of columns 2 onwards, in column order. Texts are
+// kept at their length, not their width, so that the 160-odd cached rows of
+// the seven tables stay a few hundred bytes each.
+class GeneratedRow {
+ public:
+  void push_back(const Cell& cell);
+  std::size_t size() const { return slots.size(); }
+  CellView operator[](std::size_t column) const;
+  // Gives back the spare capacity the appends left.
+  void ShrinkToFit();
+
+ private:
+  struct Slot {
+    ColumnSyntax syntax;
+    std::uint8_t width;
+    std::uint8_t length;
+    std::uint16_t offset;  // into `integers` or `texts`
+  };
+  std::vector<Slot> slots;
+  std::vector<long> integers;
+  std::string texts;
+};
 
 // Default content of a new row: " " in text cells, -1 in integer cells.
 GeneratedRow DefaultRow(const GeneratedRow& shape);
@@ -150,6 +179,7 @@ bool RefreshRow(CachedRow& cached, const Holder& holder, Message message, Genera
   if (changed == cached.changeTime) return false;
   snmp_log(LOG_INFO, "%s", std::string(message()).c_str());
   cached.row = generate(holder.Value());
+  cached.row.ShrinkToFit();
   cached.changeTime = changed;
   return true;
 }

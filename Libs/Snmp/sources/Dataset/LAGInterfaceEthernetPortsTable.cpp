@@ -29,6 +29,7 @@ void update_user_context_from_monitoring(
   const Metrics::LAGInterfaceMetric metric = holder.Value();
   if (row < metric.nbEthernetPorts) {
     cached.row = data_access_to_generated(metric.ethernets[static_cast<std::size_t>(row)]);
+    cached.row.ShrinkToFit();
   }
   cached.changeTime = changed;
 }
