@@ -20,13 +20,13 @@
 #include "Arq/OrvoViaSwitchService/Client/OrvoViaSwitchMonitoringClientFactory.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/ContainerConversion.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/Converters.h"
-#include "LoopbackSwitchServer.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
 
 namespace {
 
 namespace api = ArqSwitchApi;
-using Arq::OrvoViaSwitchService::Client::Thrift::Testing::LoopbackSwitchServer;
-using Arq::OrvoViaSwitchService::Client::Thrift::Testing::ServerData;
+using Arq::OrvoViaSwitchService::Simulator::LoopbackSwitchServer;
+using Arq::OrvoViaSwitchService::Simulator::ServerData;
 
 constexpr int kConnectTimeoutMs = 10000;
 constexpr int kReceiveTimeoutMs = 60000;

@@ -23,10 +23,15 @@ using namespace std::chrono_literals;
 // 32768, so that the simulator can be started late or restarted.
 class ThriftModeTest : public testing::Test {
  protected:
-  void StartSimulator() {
-    simulator = std::make_unique<ChildProcess>(
-        std::vector<std::string>{ARQ_SIMULATOR_PATH, "--port", std::to_string(port)},
-        std::map<std::string, std::string>{}, setup.Dir().File("simulator.out"));
+  // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
+  void StartSimulator(const std::string& scenario = std::string()) {
+    std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port)};
+    if (!scenario.empty()) {
+      command.insert(command.end(),
+                     {"--scenario", std::string(ARQ_SOURCE_DIR) + "/etc/simulator/" + scenario});
+    }
+    simulator = std::make_unique<ChildProcess>(command, std::map<std::string, std::string>{},
+                                               setup.Dir().File("simulator.out"));
     ASSERT_TRUE(WaitUntil(
         [&] {
           return ReadFile(setup.Dir().File("simulator.out"))
@@ -70,6 +75,59 @@ TEST_F(ThriftModeTest, SwitchDataReachesEveryTable) {
   EXPECT_EQ(setup.Get("6.1.0"), "STRING: \"studio-b-2026-11.cfg\"");
   EXPECT_EQ(setup.Get("7.3.1.0"), "STRING: \"lag2\"");
   EXPECT_EQ(setup.Get("7.3.6.1.2.1"), "STRING: \"eth24\"");
+}
+
+// A switch at the MIB's capacity fills every row of every table, the last
+// ones included.
+TEST_F(ThriftModeTest, FullCapacitySwitchFillsTheLastRowOfEveryTable) {
+  StartSimulator("full-capacity.json");
+  StartDaemon();
+  ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 48", 6s)) << setup.Stderr();
+  EXPECT_EQ(setup.Get("2.1.0"), "Counter32: 24");
+  EXPECT_EQ(setup.Get("3.1.0"), "Counter32: 5");
+  EXPECT_EQ(setup.Get("5.1.0"), "Counter32: 60");
+  EXPECT_EQ(setup.Get("7.1.0"), "Counter32: 3");
+  EXPECT_EQ(setup.Get("1.2.1.2.47"), "STRING: \"eth48\"");
+  EXPECT_EQ(setup.Get("2.2.1.2.23"), "STRING: \"prs24\"");
+  EXPECT_EQ(setup.Get("3.2.1.2.4"), "INTEGER: 4");
+  EXPECT_EQ(setup.Get("5.2.1.5.59"), "STRING: \"peer-60\"");
+  EXPECT_EQ(setup.Get("5.2.1.6.59"), "STRING: \"00:1b:21:00:00:3c\"");
+  EXPECT_EQ(setup.Get("5.2.1.7.59"), "IpAddress: 198.51.100.60");
+  EXPECT_EQ(setup.Get("5.2.1.10.59"), "INTEGER: 120");
+  EXPECT_EQ(setup.Get("7.4.1.0"), "STRING: \"lag3\"");
+  EXPECT_EQ(setup.Get("7.4.6.1.2.5"), "STRING: \"3/18\"");
+  EXPECT_THAT(setup.Stderr(), testing::Not(testing::HasSubstr("Error: ")));
+}
+
+// A switch whose answers contradict each other: the daemon logs each
+// inconsistency, publishes the interfaces it can and keeps serving.
+TEST_F(ThriftModeTest, InconsistentSwitchIsLoggedAndServedWhatCanBe) {
+  StartSimulator("inconsistent.json");
+  StartDaemon();
+  ASSERT_TRUE(WaitUntil(
+      [&] {
+        return setup.Stderr().find("Duplicate Ethernet Name: 3/12 for Interface Name: lag-twice") !=
+               std::string::npos;
+      },
+      10s))
+      << setup.Stderr();
+  const std::string log = setup.Stderr();
+  for (const char* warning :
+       {"Inconsistent Number of Ethernet (1/2) for Interface Name: eth-two-ports",
+        "Missing Ethernet Info with Name: 1/4 for Interface Name: eth-no-info",
+        "Missing Ethernet Counters with Name: 1/5 for Interface Name: eth-no-counters",
+        "Missing Ethernet Stats with Name: 1/6 for Interface Name: eth-no-rates",
+        "Inconsistent Number of Ethernet (2/3) for Interface Name: prs-three",
+        "Inconsistent Number of Ethernet (6/7) for Interface Name: lag-seven"}) {
+    EXPECT_THAT(log, testing::HasSubstr(warning));
+  }
+  EXPECT_TRUE(setup.Daemon().IsRunning());
+  // Every listed interface of a type counts; an inconsistent one is served empty.
+  EXPECT_EQ(setup.Get("1.1.0"), "Counter32: 7");
+  EXPECT_EQ(setup.Get("1.2.1.2.0"), "STRING: \"eth-ok\"");
+  EXPECT_EQ(setup.Get("1.2.1.2.1"), "\"\"");
+  EXPECT_EQ(setup.Get("2.1.0"), "Counter32: 4");
+  EXPECT_EQ(setup.Get("7.1.0"), "Counter32: 3");
 }
 
 TEST_F(ThriftModeTest, SwitchDownAtStartThenUpThenKilledAndBack) {

@@ -14,8 +14,8 @@
 namespace Arq::OrvoViaSwitchSimulator {
 
 namespace Wire = OrvoViaSwitchService::Service::Serialization::Thrift;
-using OrvoViaSwitchService::Client::Thrift::Testing::ServerBehaviour;
-using OrvoViaSwitchService::Client::Thrift::Testing::ServerData;
+using OrvoViaSwitchService::Simulator::ServerBehaviour;
+using OrvoViaSwitchService::Simulator::ServerData;
 
 ServerData ToServerData(const Monitoring::SwitchSnapshot& s) {
   ServerData data;
@@ -46,6 +46,12 @@ ServerData ToServerData(const Monitoring::SwitchSnapshot& s) {
   data.currentConfig = Wire::ConfigFileConverter::ToGenerated(s.currentConfig);
   data.configFiles = {data.currentConfig};
   data.comment = s.currentConfig.Comment;
+  data.management.versions = {{ArqOrvoAPI::MODULE_VERSION::Manager, "4.1.0"},
+                              {ArqOrvoAPI::MODULE_VERSION::API, "2.3"},
+                              {ArqOrvoAPI::MODULE_VERSION::Package, "4.1.0-7"}};
+  data.management.hostname = s.lldpConfig.SystemName;
+  data.management.address.__set_bIpv6(false);
+  data.management.address.__set_Address(s.lldpConfig.ManagementIP);
   return data;
 }
 
@@ -60,12 +66,18 @@ std::string ApplyControl(ServerBehaviour& behaviour, const std::string& line) {
     int code = 0;
     std::string text;
     if (!(codeAndText >> code)) return "error fault needs a code";
+    // Codes an ErrorCode_t can hold: the listed ones and those up to 15.
+    if (code < 0 || code > 15) return "error fault code is not in 0..15";
     std::getline(codeAndText >> std::ws, text);
     behaviour.Fault(static_cast<ArqSwitchApi::ErrorCode_t::type>(code), text);
   } else if (command == "exception") {
     behaviour.OtherException(rest);
   } else if (command == "delay") {
     behaviour.Delay(std::chrono::milliseconds(std::atol(rest.c_str())));
+  } else if (command == "close") {
+    behaviour.Close();
+  } else if (command == "garbage") {
+    behaviour.Garbage(rest.empty() ? ServerBehaviour::kGarbage : rest);
   } else if (command == "answer") {
     behaviour.Answer();
     behaviour.Only("");

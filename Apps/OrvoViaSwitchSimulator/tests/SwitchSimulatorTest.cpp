@@ -11,8 +11,10 @@
 #include <ArqSwitchApi/LLDP.h>
 #include <thrift/protocol/TBinaryProtocol.h>
 #include <thrift/protocol/TMultiplexedProtocol.h>
+#include <thrift/protocol/TProtocolException.h>
 #include <thrift/transport/TBufferTransports.h>
 #include <thrift/transport/TSocket.h>
+#include <thrift/transport/TTransportException.h>
 
 #include <regex>
 #include <thread>
@@ -27,13 +29,17 @@ using Arq::TestSupport::ChildProcess;
 using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::TempDir;
 using Arq::TestSupport::WaitUntil;
+using Arq::TestSupport::WriteFile;
 
 // The simulator as a process; its two ports read from its first line.
 class SimulatorTest : public testing::Test {
  protected:
-  void SetUp() override {
-    simulator = std::make_unique<ChildProcess>(std::vector<std::string>{ARQ_SIMULATOR_PATH},
-                                               std::map<std::string, std::string>{},
+  void SetUp() override { Start({}); }
+
+  void Start(const std::vector<std::string>& options) {
+    std::vector<std::string> argv{ARQ_SIMULATOR_PATH};
+    argv.insert(argv.end(), options.begin(), options.end());
+    simulator = std::make_unique<ChildProcess>(argv, std::map<std::string, std::string>{},
                                                dir.File("simulator.out"));
     const std::regex line(R"(listening on port (\d+) control (\d+))");
     ASSERT_TRUE(WaitUntil(
@@ -145,12 +151,125 @@ TEST_F(SimulatorTest, FaultsAreSwitchedThroughTheControlPort) {
   interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
   EXPECT_EQ(Control("bogus"), "error unknown command");
   EXPECT_EQ(Control("fault x"), "error fault needs a code");
+  EXPECT_EQ(Control("fault 16 beyond the codes"), "error fault code is not in 0..15");
 
   simulator->Signal(SIGTERM);
   const auto status = simulator->WaitExit(10s);
   ASSERT_TRUE(status);
   EXPECT_TRUE(WIFEXITED(*status));
   EXPECT_EQ(WEXITSTATUS(*status), 0);
+}
+
+TEST_F(SimulatorTest, CloseAndGarbageBreakOffCallsUntilAnswerComesBack) {
+  using apache::thrift::protocol::TProtocolException;
+  using apache::thrift::transport::TTransportException;
+  std::vector<std::string> names;
+  EXPECT_EQ(Control("close"), "ok");
+  try {
+    Connect<ArqSwitchApi::InterfacesClient>("Interfaces")->GetIfList(names, {});
+    FAIL() << "answered";
+  } catch (const TTransportException& error) {
+    EXPECT_EQ(error.getType(), TTransportException::END_OF_FILE);
+  }
+  EXPECT_EQ(Control("garbage"), "ok");
+  try {
+    Connect<ArqSwitchApi::InterfacesClient>("Interfaces")->GetIfList(names, {});
+    FAIL() << "answered";
+  } catch (const TProtocolException& error) {
+    EXPECT_EQ(error.getType(), TProtocolException::BAD_VERSION);
+  }
+  // Limited to one call, the others answer.
+  EXPECT_EQ(Control("only LLDP:GetInfo"), "ok");
+  Connect<ArqSwitchApi::InterfacesClient>("Interfaces")->GetIfList(names, {});
+  EXPECT_EQ(names.size(), 21u);
+  std::vector<ArqSwitchApi::lldpInfo_t> neighbours;
+  EXPECT_THROW(Connect<ArqSwitchApi::LLDPClient>("LLDP")->GetInfo(neighbours, {}),
+               TProtocolException);
+  EXPECT_EQ(Control("answer"), "ok");
+  Connect<ArqSwitchApi::LLDPClient>("LLDP")->GetInfo(neighbours, {});
+  EXPECT_EQ(neighbours.size(), 6u);
+  EXPECT_EQ(Control("calls"), "calls 5");
+  EXPECT_TRUE(simulator->IsRunning());
+}
+
+// The simulator serving the small scenario file.
+class ScenarioSimulatorTest : public SimulatorTest {
+ protected:
+  void SetUp() override { Start({"--scenario", ARQ_SCENARIO_DIR "/small.json"}); }
+};
+
+TEST_F(ScenarioSimulatorTest, ServesTheScenarioWithCountersMovingAtTheirRates) {
+  auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
+  std::vector<std::string> names;
+  interfaces->GetIfList(names, {});
+  EXPECT_EQ(names, (std::vector<std::string>{"eth1", "eth2", "prs1", "lag1"}));
+  std::string mac;
+  interfaces->GetMainMacAddr(mac, {});
+  EXPECT_EQ(mac, "02:A0:C9:10:00:01");
+
+  // Port 1/1 receives 500 000 octets and 500 frames a millisecond and counts
+  // 2 CRC errors a second: one elapsed time explains all three counters.
+  std::vector<std::int64_t> elapsedMs;
+  for (int read = 0; read < 2; ++read) {
+    if (read > 0) std::this_thread::sleep_for(300ms);
+    std::map<std::string, std::vector<ArqSwitchApi::EthCnt_t>> counters;
+    interfaces->GetCnt(counters, {}, {"whatever"});
+    ASSERT_EQ(counters.size(), 4u);
+    const auto& port = counters.at("eth1").at(0);
+    ASSERT_EQ(port.EthName, "1/1");
+    ASSERT_EQ((port.NbOfGoodOctetsReceived - 1000000) % 500000, 0);
+    const std::int64_t ms = (port.NbOfGoodOctetsReceived - 1000000) / 500000;
+    EXPECT_EQ(port.NbOfGoodUnicastFrameReceived, 1000 + 500 * ms);
+    EXPECT_EQ(port.NbOfGoodOctectsSent, 2000000 + 1000000 * ms);
+    EXPECT_EQ(port.NbOfCrcErrorEvents, 3 + 2 * ms / 1000);
+    EXPECT_EQ(counters.at("eth2").at(0).NbOfGoodOctetsReceived, 77);
+    elapsedMs.push_back(ms);
+  }
+  EXPECT_GE(elapsedMs[1] - elapsedMs[0], 200);
+
+  auto lldp = Connect<ArqSwitchApi::LLDPClient>("LLDP");
+  std::vector<ArqSwitchApi::lldpInfo_t> neighbours;
+  lldp->GetInfo(neighbours, {});
+  ASSERT_EQ(neighbours.size(), 2u);
+  EXPECT_EQ(neighbours[0].Tlv.at(1), std::string("\x02\x07\x04\x00\x1b\x21\x3a\x4f\x5e", 9));
+}
+
+TEST(SimulatorCommandLineTest, UnusableScenarioEndsTheProcessWithTheReason) {
+  TempDir dir;
+  WriteFile(dir.File("bad.json"),
+            R"({"ports": [{"name": "p"}], "interfaces": [{"name": "e", "type": "Ether"}]})");
+  const struct {
+    std::string path;
+    std::string reason;
+  } cases[] = {
+      {dir.File("bad.json"), dir.File("bad.json") +
+                                 ": interfaces[0].type: \"Ether\" is not one of Unknown, "
+                                 "Ethernet, BasicPrs, BasicLag, Virtual, __LAST__ (or a number)"},
+      {dir.File("absent.json"), dir.File("absent.json") + ": cannot open the scenario file"},
+  };
+  for (const auto& bad : cases) {
+    const auto result =
+        Arq::TestSupport::RunCommand({ARQ_SIMULATOR_PATH, "--scenario", bad.path}, {}, 10s, true);
+    ASSERT_TRUE(WIFEXITED(result.status)) << bad.path;
+    EXPECT_EQ(WEXITSTATUS(result.status), 1) << bad.path;
+    EXPECT_EQ(result.output, "OrvoViaSwitchSimulator: " + bad.reason + "\n");
+  }
+}
+
+TEST(SimulatorCommandLineTest, ShippedScenariosAreServed) {
+  for (const char* name : {"small.json", "full-capacity.json", "inconsistent.json"}) {
+    TempDir dir;
+    ChildProcess simulator(
+        {ARQ_SIMULATOR_PATH, "--scenario", std::string(ARQ_SCENARIO_DIR "/") + name}, {},
+        dir.File("simulator.out"));
+    EXPECT_TRUE(WaitUntil(
+        [&] { return ReadFile(dir.File("simulator.out")).find("listening on port") == 0; }, 10s))
+        << name;
+    simulator.Signal(SIGTERM);
+    const auto status = simulator.WaitExit(10s);
+    ASSERT_TRUE(status) << name;
+    EXPECT_EQ(WEXITSTATUS(*status), 0) << name;
+  }
 }
 
 TEST(SimulatorCommandLineTest, BadArgumentsAreRefused) {

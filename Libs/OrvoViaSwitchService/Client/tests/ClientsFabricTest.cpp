@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <thrift/TApplicationException.h>
 #include <thrift/TOutput.h>
@@ -16,13 +17,13 @@
 #include "Arq/OrvoViaSwitchService/Client/Thrift/ThriftDiagnostics.h"
 #include "Arq/OrvoViaSwitchService/Client/Thrift/ThriftTransportProtocolLayer.h"
 #include "Arq/OrvoViaSwitchService/Client/Thrift/ThriftTransportProtocolLayerFactory.h"
-#include "LoopbackSwitchServer.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
 
 namespace Arq::OrvoViaSwitchService::Client::Thrift {
 namespace {
 
 using Fabric = OrvoViaSwitchThriftClientsFabric;
-using Testing::LoopbackSwitchServer;
+using Simulator::LoopbackSwitchServer;
 
 // A layer whose protocol writes into memory, so that requests can be decoded.
 class MemoryLayer : public IThriftTransportProtocolLayer {
@@ -169,9 +170,19 @@ TEST(FabricTest, ServiceUnknownToTheServerIsAnApplicationException) {
   Fabric fabric("127.0.0.1", server.Port(), 2000, 2000);
   fabric.Open();
 
-  std::string hostname;
-  EXPECT_THROW(fabric.GetManagementClient()->GetHostname(hostname),
+  EXPECT_THROW(fabric.GetVlanClient()->DeleteAll(ArqSwitchApi::Header_t()),
                apache::thrift::TApplicationException);
+}
+
+TEST(FabricTest, ManagementClientReachesTheManagementService) {
+  LoopbackSwitchServer server;
+  Fabric fabric("127.0.0.1", server.Port(), 2000, 2000);
+  fabric.Open();
+
+  std::string hostname;
+  fabric.GetManagementClient()->GetHostname(hostname);
+  EXPECT_EQ(hostname, "switch-a");
+  EXPECT_EQ(server.Behaviour().Calls(), std::vector<std::string>{"Management:GetHostname"});
 }
 
 TEST(TransportLayerTest, DoesNothingBeforeCreate) {

@@ -19,8 +19,9 @@
 #include "Arq/OrvoViaSwitchService/Client/Thrift/OrvoViaSwitchThriftPTPProxyClient.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/ContainerConversion.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/Converters.h"
-#include "LoopbackSwitchServer.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
 #include "RecordingLogger.h"
+#include "TestPeers.h"
 
 namespace Arq::OrvoViaSwitchService::Client::Thrift {
 namespace {
@@ -38,8 +39,8 @@ using Service::Serialization::Thrift::IfInfoConverter;
 using Service::Serialization::Thrift::LldpConfigConverter;
 using Service::Serialization::Thrift::LldpInfoConverter;
 using Service::Serialization::Thrift::PTPConfigConverter;
+using Simulator::LoopbackSwitchServer;
 using Testing::ClosedPort;
-using Testing::LoopbackSwitchServer;
 using Testing::RawPeer;
 using Testing::RecordingLogger;
 
@@ -416,6 +417,69 @@ TEST(ProxyFailureTest, ReceiveTimeOutBecomesSystemError) {
 
   ExpectSystemError([&] { proxies.interfaces.GetIfList(kNoToken); }, *proxies.logger,
                     "THRIFT_EAGAIN (timed out)");
+}
+
+// A switch that breaks off a call where its reply should be, and what the
+// proxy makes of it: a SystemError with the library's text, never the
+// receive time-out (30 s here), never a crash.
+struct BrokenReplyCase {
+  const char* name;
+  std::function<void(Simulator::ServerBehaviour&)> breakReplies;
+  std::function<void(Proxies&)> call;
+  const char* what;
+};
+
+void PrintTo(const BrokenReplyCase& testCase, std::ostream* out) {
+  *out << testCase.name;
+}
+
+class ProxyBrokenReplyTest : public ::testing::TestWithParam<BrokenReplyCase> {};
+
+TEST_P(ProxyBrokenReplyTest, FailsWithSystemErrorBeforeTheReceiveTimeOut) {
+  constexpr auto kReceiveTimeOut = std::chrono::seconds(30);
+  LoopbackSwitchServer server;
+  Proxies proxies(server.Port(), static_cast<int>(kReceiveTimeOut.count() * 1000));
+  proxies.OpenAll();
+  GetParam().breakReplies(server.Behaviour());
+
+  const auto start = std::chrono::steady_clock::now();
+  ExpectSystemError([&] { GetParam().call(proxies); }, *proxies.logger, GetParam().what);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, kReceiveTimeOut);
+  EXPECT_EQ(server.Behaviour().Calls().size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CloseAndGarbage, ProxyBrokenReplyTest,
+    ::testing::Values(
+        BrokenReplyCase{"CloseOnGetEthCnt", [](Simulator::ServerBehaviour& b) { b.Close(); },
+                        [](Proxies& p) { p.interfaces.GetEthCnt(kNoToken, kNames); },
+                        "No more data to read."},
+        BrokenReplyCase{"CloseOnVoidCommand", [](Simulator::ServerBehaviour& b) { b.Close(); },
+                        [](Proxies& p) { p.config.Reset(kNoToken); }, "No more data to read."},
+        BrokenReplyCase{"GarbageOnGetLldpInfo", [](Simulator::ServerBehaviour& b) { b.Garbage(); },
+                        [](Proxies& p) { p.lldp.GetLldpInfo(kNoToken); }, "Bad version identifier"},
+        BrokenReplyCase{"GarbageOnGetPTPConfig", [](Simulator::ServerBehaviour& b) { b.Garbage(); },
+                        [](Proxies& p) { p.ptp.GetPTPConfig(kNoToken); }, "Bad version identifier"},
+        // The first byte of a message's version word, then nothing.
+        BrokenReplyCase{"GarbageCutShort", [](Simulator::ServerBehaviour& b) { b.Garbage("\x80"); },
+                        [](Proxies& p) { p.interfaces.GetMainMacAddr(kNoToken); },
+                        "No more data to read."}),
+    [](const ::testing::TestParamInfo<BrokenReplyCase>& info) { return info.param.name; });
+
+TEST(ProxyFailureTest, CloseLimitedToOneCallLeavesTheOthersAnswering) {
+  LoopbackSwitchServer server;
+  Proxies proxies(server.Port(), 30000);
+  proxies.OpenAll();
+  server.Behaviour().Only("Interfaces:GetStats");
+  server.Behaviour().Close();
+
+  EXPECT_EQ(proxies.interfaces.GetIfList(kNoToken), server.Data().ifList);
+  ExpectSystemError([&] { proxies.interfaces.GetEthStats(kNoToken, kNames); }, *proxies.logger,
+                    "No more data to read.");
+  // The proxy's connection is gone with the call; a new one gets answers.
+  proxies.interfaces.Close();
+  proxies.interfaces.Open();
+  EXPECT_EQ(proxies.interfaces.GetMainMacAddr(kNoToken), "00:11:22:33:44:55");
 }
 
 TEST(ProxyFailureTest, RefusedConnectionFailsOpenWithSystemError) {

@@ -7,16 +7,17 @@
 #include "Arq/Monitoring/ThriftMonitoringCollector.h"
 #include "Arq/OrvoViaSwitchService/Client/OrvoViaSwitchMonitoringClientFactory.h"
 #include "Arq/OrvoViaSwitchService/Client/Thrift/ThriftTransportProtocolLayerFactory.h"
-#include "LoopbackSwitchServer.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
 #include "SnmpErrorLog.h"
+#include "TestPeers.h"
 
 namespace Arq::OrvoViaSwitchService::Client::Thrift {
 namespace {
 
 using OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
+using Simulator::LoopbackSwitchServer;
+using Simulator::ServerData;
 using Testing::ClosedPort;
-using Testing::LoopbackSwitchServer;
-using Testing::ServerData;
 
 std::unique_ptr<Monitoring::ThriftMonitoringCollector> CollectorFor(int port) {
   return std::make_unique<Monitoring::ThriftMonitoringCollector>(

@@ -1,0 +1,382 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <net-snmp/net-snmp-config.h>
+#include <net-snmp/net-snmp-includes.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <ArqOrvoAPI/Management.h>
+
+#include "Arq/Monitoring/ThriftMonitoringCollector.h"
+#include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
+#include "Arq/OrvoViaSwitchService/Client/OrvoViaSwitchMonitoringClientFactory.h"
+#include "Arq/OrvoViaSwitchService/Client/Thrift/OrvoViaSwitchThriftClientsFabric.h"
+#include "Arq/OrvoViaSwitchService/Client/Thrift/ThriftTransportProtocolLayerFactory.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
+#include "Arq/OrvoViaSwitchService/Simulator/Scenario.h"
+#include "SnmpLogCapture.h"
+
+namespace Arq::OrvoViaSwitchService::Simulator {
+namespace {
+
+namespace Dto = OrvoViaSwitch::Domain::Dto;
+using Client::OrvoViaSwitchMonitoringClientFactory;
+using Client::Thrift::ThriftTransportProtocolLayerFactory;
+using OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
+using std::chrono::milliseconds;
+
+std::string ScenarioFile(const std::string& name) {
+  return ARQ_SCENARIO_DIR "/" + name;
+}
+
+// A scenario served over loopback TCP at an elapsed time the test sets.
+class ScenarioServer {
+ public:
+  explicit ScenarioServer(const std::string& name)
+      : scenario(Scenario::Load(ScenarioFile(name))),
+        server([this] { return std::make_shared<const ServerData>(scenario.At(elapsed.load())); },
+               LoopbackSwitchServer::PortRange::Any) {}
+
+  std::unique_ptr<OrvoViaSwitchMonitoringClientFactory> Clients() const {
+    return std::make_unique<OrvoViaSwitchMonitoringClientFactory>(
+        std::make_shared<ThriftTransportProtocolLayerFactory>("127.0.0.1", server.Port(), 2000,
+                                                              5000));
+  }
+
+  std::unique_ptr<OrvoViaMonitoringValues_s> Collect() const {
+    auto values = std::make_unique<OrvoViaMonitoringValues_s>();
+    Monitoring::ThriftMonitoringCollector(Clients()).Collect(values.get());
+    return values;
+  }
+
+  const Scenario scenario;
+  std::atomic<milliseconds> elapsed{milliseconds(0)};
+  LoopbackSwitchServer server;
+};
+
+// The SNMP log lines of one priority written while it lives, without it.
+class SnmpLog {
+ public:
+  std::vector<std::string> Lines(int priority) const {
+    const std::string prefix = std::to_string(priority) + " ";
+    std::vector<std::string> lines;
+    for (const auto& line : capture.Lines()) {
+      if (line.rfind(prefix, 0) == 0) lines.push_back(line.substr(prefix.size()));
+    }
+    return lines;
+  }
+  std::size_t Count() const { return capture.Lines().size(); }
+
+ private:
+  Monitoring::Testing::SnmpLogCapture capture;
+};
+
+const Dto::Header kNoToken;
+
+TEST(ScenarioServingTest, SmallScenarioReachesTheProxyClientsAsRecords) {
+  ScenarioServer small("small.json");
+  const auto clients = small.Clients();
+  auto interfaces = clients->CreateOrvoViaSwitchInterfacesProxyClient();
+  interfaces->Open();
+
+  EXPECT_EQ(interfaces->GetIfList(kNoToken),
+            (std::vector<std::string>{"eth1", "eth2", "prs1", "lag1"}));
+  const auto infos = interfaces->GetIfInfo(kNoToken, {"lag1"});
+  ASSERT_EQ(infos.size(), 4u);
+  EXPECT_EQ(infos.at("eth1").Type, Dto::IfType::Ethernet);
+  EXPECT_EQ(infos.at("prs1").Type, Dto::IfType::BasicPrs);
+  EXPECT_EQ(infos.at("lag1").Type, Dto::IfType::BasicLag);
+  EXPECT_EQ(infos.at("lag1").IfList, (std::vector<std::string>{"3/1", "3/2", "3/3"}));
+  EXPECT_EQ(infos.at("eth2").Status, Dto::IfStatus::Disabled);
+  EXPECT_EQ(infos.at("eth1").Vlan, (std::vector<std::int16_t>{100, 110}));
+
+  // Whatever names are asked for, every interface comes with its ports' records.
+  auto counters = interfaces->GetEthCnt(kNoToken, {"no-such-port"});
+  ASSERT_EQ(counters.size(), 4u);
+  ASSERT_EQ(counters.at("prs1").size(), 2u);
+  EXPECT_EQ(counters.at("prs1")[1].EthName, "2/2");
+  EXPECT_EQ(counters.at("prs1")[1].NbOfGoodOctetsReceived, 6000);
+  EXPECT_EQ(counters.at("eth1")[0].NbOfGoodOctetsReceived, 1000000);
+  EXPECT_EQ(counters.at("eth1")[0].NbOfCrcErrorEvents, 3);
+  small.elapsed = milliseconds(4000);
+  counters = interfaces->GetEthCnt(kNoToken, {});
+  EXPECT_EQ(counters.at("eth1")[0].NbOfGoodOctetsReceived, 1000000 + 500000000LL * 4);
+  EXPECT_EQ(counters.at("eth1")[0].NbOfCrcErrorEvents, 3 + 2 * 4);
+  EXPECT_EQ(counters.at("prs1")[1].NbOfGoodOctetsReceived, 6000 + 250000000LL * 4);
+  const auto rates = interfaces->GetEthStats(kNoToken, {});
+  EXPECT_EQ(rates.at("lag1").size(), 3u);
+  EXPECT_EQ(rates.at("eth1")[0].EthName, "1/1");
+  EXPECT_EQ(rates.at("eth1")[0].TxSpeed, 8000000000LL);
+  EXPECT_EQ(interfaces->GetMainMacAddr(kNoToken), "02:A0:C9:10:00:01");
+  EXPECT_EQ(interfaces->GetMacAddr(kNoToken, {}).at("lag1"), "02:A0:C9:10:00:31");
+  interfaces->Close();
+
+  auto ethernet = clients->CreateOrvoViaSwitchEthernetProxyClient();
+  ethernet->Open();
+  const auto ports = ethernet->GetEthInfo(kNoToken, {});
+  ASSERT_EQ(ports.size(), 7u);
+  EXPECT_EQ(ports[1].EthName, "1/2");
+  EXPECT_EQ(ports[1].FecType, Dto::EthFecType::FC_FEC);
+  EXPECT_EQ(ports[1].FecTypeState, Dto::EthFecType::Disable);
+  EXPECT_EQ(ports[1].State, Dto::EthState::LinkDown);
+  EXPECT_EQ(ports[0].Speed, Dto::EthSpeed::S100G);
+  const auto hardware = ethernet->GetHardwareDesc(kNoToken);
+  ASSERT_EQ(hardware.size(), 2u);
+  EXPECT_EQ(hardware[0].NbSubPort, 4);
+
+  auto lldp = clients->CreateOrvoViaSwitchLLDPProxyClient();
+  lldp->Open();
+  EXPECT_EQ(lldp->GetLldpConfig(kNoToken).SystemName, "orvo-sim-small");
+  const auto neighbours = lldp->GetLldpInfo(kNoToken);
+  ASSERT_EQ(neighbours.size(), 2u);
+  EXPECT_EQ(neighbours[0].Tlv.at(Dto::LldpTlvType::SystemName),
+            "\x0a\x0a"
+            "core-sw-01");
+  EXPECT_EQ(neighbours[1].Tlv.at(Dto::LldpTlvType::CustomTlv),
+            std::string("\xfe\x06\x00\x80\xc2\x01\x00\x64", 8));
+
+  auto ptp = clients->CreateOrvoViaSwitchPTPProxyClient();
+  ptp->Open();
+  const auto domains = ptp->GetPTPConfig(kNoToken);
+  ASSERT_EQ(domains.size(), 1u);
+  EXPECT_EQ(domains[0].PacketType, Dto::PTPPacketType::UDP);
+  EXPECT_EQ(domains[0].SlaveIfList, (std::vector<std::string>{"1/1"}));
+
+  auto config = clients->CreateOrvoViaSwitchConfigProxyClient();
+  config->Open();
+  const auto current = config->GetCurrentConfig(kNoToken);
+  EXPECT_EQ(current.Name, "running");
+  EXPECT_EQ(current.State, Dto::ConfigState::altered);
+  EXPECT_EQ(config->ListConfigFile(kNoToken, Dto::ConfigType::All).size(), 2u);
+  EXPECT_EQ(config->GetConfigComment(kNoToken, current), "after maintenance");
+}
+
+TEST(ScenarioServingTest, ManagementServiceAnswersFromTheScenarioAndKeepsItsTasks) {
+  ScenarioServer small("small.json");
+  Client::Thrift::OrvoViaSwitchThriftClientsFabric fabric("127.0.0.1", small.server.Port(), 2000,
+                                                          5000);
+  fabric.Open();
+  const auto management = fabric.GetManagementClient();
+
+  std::string text;
+  management->GetVersion(text, ArqOrvoAPI::MODULE_VERSION::API);
+  EXPECT_EQ(text, "2.3");
+  management->GetHostname(text);
+  EXPECT_EQ(text, "orvo-sim-small");
+  ArqOrvoAPI::IPAddress_t address;
+  management->GetIpAddress(address);
+  EXPECT_EQ(address.Address, "192.0.2.10");
+  EXPECT_EQ(address.SubNetMask, "255.255.255.0");
+  management->SetHostname("renamed", ArqOrvoAPI::CHANGE_MODE::Immediate);
+  management->GetHostname(text);
+  EXPECT_EQ(text, "renamed");
+
+  ArqOrvoAPI::Task_t task;
+  management->ExtractLog(task, ArqOrvoAPI::TARGET_LOCATION::UsbKey);
+  EXPECT_EQ(task.TaskId.Value, "task-1");
+  EXPECT_EQ(task.Status, ArqOrvoAPI::TASK_STATUS::Finished);
+  std::vector<ArqOrvoAPI::Guid_t> ids;
+  management->GetTaskIds(ids);
+  ASSERT_EQ(ids.size(), 1u);
+  management->SetTaskAction(task, ids[0], ArqOrvoAPI::TASK_ACTION::Remove);
+  management->GetTaskIds(ids);
+  EXPECT_TRUE(ids.empty());
+  try {
+    management->GetTask(task, task.TaskId);
+    FAIL() << "no fault";
+  } catch (const ArqOrvoAPI::Fault& fault) {
+    EXPECT_EQ(fault.ErrCode, ArqOrvoAPI::ERROR_CODE::NotFound);
+    EXPECT_EQ(fault.What, "no task task-1");
+  }
+  // A configured fault reaches the management service as its own exception,
+  // with the code of the same name, or RuntimeError where it has none.
+  small.server.Behaviour().Only("Management:GetHostname");
+  const std::pair<ArqSwitchApi::ErrorCode_t::type, ArqOrvoAPI::ERROR_CODE::type> codes[] = {
+      {ArqSwitchApi::ErrorCode_t::NotFound, ArqOrvoAPI::ERROR_CODE::NotFound},
+      {ArqSwitchApi::ErrorCode_t::OutOfRange, ArqOrvoAPI::ERROR_CODE::OutOfRange},
+      {ArqSwitchApi::ErrorCode_t::NotConfigured, ArqOrvoAPI::ERROR_CODE::RuntimeError}};
+  for (const auto& [switchCode, managementCode] : codes) {
+    small.server.Behaviour().Fault(switchCode, "gone");
+    try {
+      management->GetHostname(text);
+      FAIL() << "no fault";
+    } catch (const ArqOrvoAPI::Fault& fault) {
+      EXPECT_EQ(fault.ErrCode, managementCode);
+      EXPECT_EQ(fault.What, "gone");
+    }
+  }
+  management->GetIpAddress(address);
+  EXPECT_EQ(address.DefaultGateway, "192.0.2.254");
+}
+
+TEST(ScenarioServingTest, SmallScenarioThroughTheCollectorDecodesEveryNeighbour) {
+  SnmpLog log;
+  ScenarioServer small("small.json");
+  small.elapsed = milliseconds(1500);
+
+  const auto values = small.Collect();
+
+  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 2);
+  EXPECT_EQ(values->nbPRSInterfaces.Value(), 1);
+  EXPECT_EQ(values->nbLAGInterfaces.Value(), 1);
+  EXPECT_EQ(values->nbLLDPInfos.Value(), 2);
+  EXPECT_EQ(values->nbPTPs.Value(), 1);
+  const auto eth1 = values->ethernetInterfaceMetrics[0].Value();
+  EXPECT_EQ(eth1.name, "eth1");
+  EXPECT_EQ(eth1.vlanIds, "100 110");
+  EXPECT_EQ(eth1.ethernet.ethName, "1/1");
+  EXPECT_EQ(eth1.ethernet.state, 1);
+  EXPECT_EQ(eth1.ethernet.counters[0], 1000000 + 500000000LL * 3 / 2);
+  EXPECT_EQ(eth1.ethernet.rxSpeed, 4000000000LL);
+  const auto eth2 = values->ethernetInterfaceMetrics[1].Value();
+  EXPECT_EQ(eth2.ethernet.state, 0);
+  EXPECT_EQ(eth2.ethernet.counters[1], 5);
+  const auto lag = values->lAGInterfaceMetrics[0].Value();
+  EXPECT_EQ(lag.name, "lag1");
+  EXPECT_EQ(lag.nbEthernetPorts, 3);
+  EXPECT_EQ(lag.vlanIds, "10 20 400");
+  EXPECT_EQ(lag.ethernets[2].ethName, "3/3");
+  EXPECT_EQ(lag.ethernets[3].ethName, "");
+
+  const auto core = values->lLDPInfoMetrics[0].Value();
+  EXPECT_EQ(core.localInterface, "1/1");
+  EXPECT_EQ(core.chassisId, "00:1b:21:3a:4f:5e");
+  EXPECT_EQ(core.deviceName, "core-sw-01");
+  EXPECT_EQ(core.deviceType, "CoreSwitch 9000");
+  EXPECT_EQ(core.serialNumber, "CS9K-12345");
+  EXPECT_EQ(core.version, "7.2.1");
+  EXPECT_EQ(core.ipAddress, "192.0.2.1");
+  EXPECT_EQ(core.interfaceName, "to orvo-sim-small");
+  EXPECT_EQ(core.macAddress, "");
+  EXPECT_EQ(core.timeToLive, 120);
+  const auto edge = values->lLDPInfoMetrics[1].Value();
+  EXPECT_EQ(edge.chassisId, "192.0.2.2");
+  EXPECT_EQ(edge.macAddress, "00:1b:21:3a:4f:60");
+  EXPECT_EQ(edge.interfaceName, "");
+  EXPECT_EQ(edge.timeToLive, 90);
+  const auto local = values->lLDPMetric.Value();
+  EXPECT_EQ(local.chassisId, "02:A0:C9:10:00:01");
+  EXPECT_EQ(local.manufacturer, "OrvoVia Switch");
+  EXPECT_EQ(local.serialNumber, "SIM-0001");
+  EXPECT_EQ(values->pTPMetrics[0].Value().interfaces, "1/1 2/1");
+  EXPECT_EQ(values->currentConfigMetric.Value().name, "running");
+  EXPECT_EQ(log.Lines(LOG_WARNING), std::vector<std::string>{});
+  EXPECT_EQ(log.Lines(LOG_ERR), std::vector<std::string>{});
+}
+
+TEST(ScenarioServingTest, FullCapacityScenarioFillsEveryTable) {
+  SnmpLog log;
+  ScenarioServer full("full-capacity.json");
+
+  const auto values = full.Collect();
+
+  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 48);
+  EXPECT_EQ(values->nbPRSInterfaces.Value(), 24);
+  EXPECT_EQ(values->nbLAGInterfaces.Value(), 3);
+  EXPECT_EQ(values->nbLLDPInfos.Value(), 60);
+  EXPECT_EQ(values->nbPTPs.Value(), 5);
+  for (std::size_t i = 0; i < 48; ++i) {
+    const auto metric = values->ethernetInterfaceMetrics[i].Value();
+    EXPECT_EQ(metric.name, "eth" + std::to_string(i + 1));
+    EXPECT_EQ(metric.ethernet.ethName, "1/" + std::to_string(i + 1));
+    EXPECT_EQ(metric.ethernet.counters[0], static_cast<std::int64_t>(i + 1) * 1000000);
+  }
+  for (std::size_t i = 0; i < 24; ++i) {
+    const auto metric = values->pRSInterfaceMetrics[i].Value();
+    EXPECT_EQ(metric.name, "prs" + std::to_string(i + 1));
+    EXPECT_EQ(metric.ethernets[1].ethName, "2/" + std::to_string(2 * i + 2));
+  }
+  for (std::size_t i = 0; i < 3; ++i) {
+    const auto metric = values->lAGInterfaceMetrics[i].Value();
+    EXPECT_EQ(metric.name, "lag" + std::to_string(i + 1));
+    EXPECT_EQ(metric.nbEthernetPorts, 6);
+    EXPECT_EQ(metric.ethernets[5].ethName, "3/" + std::to_string(6 * i + 6));
+    EXPECT_EQ(metric.ethernets[5].txSpeed, 2000000000LL);
+  }
+  for (std::size_t i = 0; i < 60; ++i) {
+    const auto metric = values->lLDPInfoMetrics[i].Value();
+    EXPECT_EQ(metric.deviceName, (i < 9 ? "peer-0" : "peer-") + std::to_string(i + 1));
+    EXPECT_EQ(metric.ipAddress, "198.51.100." + std::to_string(i + 1));
+    EXPECT_EQ(metric.timeToLive, 120);
+  }
+  EXPECT_EQ(values->lLDPInfoMetrics[59].Value().localInterface, "2/12");
+  EXPECT_EQ(values->lLDPInfoMetrics[59].Value().chassisId, "00:1b:21:00:00:3c");
+  for (std::size_t i = 0; i < 5; ++i) {
+    EXPECT_EQ(values->pTPMetrics[i].Value().domain, static_cast<std::int8_t>(i));
+  }
+  EXPECT_EQ(values->pTPMetrics[4].Value().interfaces, "1/17 1/18 1/19 1/20");
+  EXPECT_EQ(log.Count(), 0u);
+  EXPECT_EQ(full.server.Connections(), 10);
+}
+
+TEST(ScenarioServingTest, InconsistentScenarioGivesTheConvertersWarningsAndDefaults) {
+  SnmpLog log;
+  ScenarioServer inconsistent("inconsistent.json");
+
+  const auto values = inconsistent.Collect();
+
+  EXPECT_EQ(log.Lines(LOG_WARNING),
+            (std::vector<std::string>{
+                "Inconsistent Number of Ethernet (1/2) for Interface Name: eth-two-ports\n",
+                "Inconsistent Number of Ethernet (1/0) for Interface Name: eth-no-ports\n",
+                "Missing Ethernet Info with Name: 1/4 for Interface Name: eth-no-info\n",
+                "Missing Ethernet Counters with Name: 1/5 for Interface Name: eth-no-counters\n",
+                "Missing Ethernet Stats with Name: 1/6 for Interface Name: eth-no-rates\n",
+                "Missing Ethernet Counters with Name: 1/7 for Interface Name: "
+                "eth-counters-dropped\n",
+                "Inconsistent Number of Ethernet (2/3) for Interface Name: prs-three\n",
+                "Duplicate Ethernet Name: 2/6 for Interface Name: prs-twice\n",
+                "Inconsistent Number of Ethernet (6/7) for Interface Name: lag-seven\n",
+                "Duplicate Ethernet Name: 3/12 for Interface Name: lag-twice\n"}));
+  EXPECT_EQ(log.Lines(LOG_ERR), std::vector<std::string>{});
+
+  // Failing interfaces still count; those neither listed with a record nor
+  // of a known type do not.
+  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 7);
+  EXPECT_EQ(values->nbPRSInterfaces.Value(), 4);
+  EXPECT_EQ(values->nbLAGInterfaces.Value(), 3);
+  EXPECT_EQ(values->ethernetInterfaceMetrics[0].Value().name, "eth-ok");
+  EXPECT_EQ(values->ethernetInterfaceMetrics[0].Value().ethernet.counters[0], 11);
+  EXPECT_EQ(values->ethernetInterfaceMetrics[0].Value().ethernet.rxSpeed, 1600);
+  for (std::size_t i = 1; i < 7; ++i) {
+    EXPECT_EQ(values->ethernetInterfaceMetrics[i].Value(), Dto::Metrics::EthernetInterfaceMetric())
+        << i;
+  }
+  EXPECT_EQ(values->pRSInterfaceMetrics[0].Value().name, "prs-ok");
+  EXPECT_EQ(values->pRSInterfaceMetrics[1].Value(), Dto::Metrics::PRSInterfaceMetric());
+  EXPECT_EQ(values->pRSInterfaceMetrics[3].Value().name, "prs-shares");
+  EXPECT_EQ(values->pRSInterfaceMetrics[3].Value().ethernets[0].counters[0], 21);
+  EXPECT_EQ(values->lAGInterfaceMetrics[0].Value(), Dto::Metrics::LAGInterfaceMetric());
+  const auto four = values->lAGInterfaceMetrics[1].Value();
+  EXPECT_EQ(four.nbEthernetPorts, 4);
+  EXPECT_EQ(four.ethernets[3].ethName, "3/11");
+  EXPECT_EQ(four.ethernets[3].counters[23], 4);
+  EXPECT_EQ(four.ethernets[4], Dto::Metrics::EthernetMetric());
+
+  // A port two interfaces share is asked for once.
+  const auto calls = inconsistent.server.Behaviour().Calls();
+  ASSERT_EQ(calls.size(), 10u);
+  EXPECT_EQ(calls[2].rfind("Ethernet:GetEthInfo [", 0), 0u) << calls[2];
+  EXPECT_EQ(calls[2].find("2/1,"), calls[2].rfind("2/1,")) << calls[2];
+
+  // Neighbours with TLVs cut short are published with what can be read.
+  EXPECT_EQ(values->nbLLDPInfos.Value(), 2);
+  const auto broken = values->lLDPInfoMetrics[0].Value();
+  EXPECT_EQ(broken.localInterface, "1/1");
+  EXPECT_EQ(broken.chassisId, "");
+  EXPECT_EQ(broken.deviceName, "");
+  EXPECT_EQ(broken.timeToLive, 121);
+  const auto stranger = values->lLDPInfoMetrics[1].Value();
+  EXPECT_EQ(stranger.chassisId, "mgmt0");
+  EXPECT_EQ(stranger.interfaceName, "port-7");
+  EXPECT_EQ(stranger.timeToLive, -1);
+  EXPECT_EQ(values->lLDPMetric.Value().chassisId, "02:a0:c9:30:00:01");
+  EXPECT_EQ(values->pTPMetrics[0].Value().domain, 127);
+}
+
+}  // namespace
+}  // namespace Arq::OrvoViaSwitchService::Simulator
