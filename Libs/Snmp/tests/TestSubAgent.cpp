@@ -1,5 +1,6 @@
 // A sub-agent serving known monitoring values, for the integration tests:
 // SIGUSR1 switches to a second set of values. Argument: the SNMP log file.
+#include <atomic>
 #include <csignal>
 #include <string>
 #include <thread>
@@ -10,7 +11,9 @@
 namespace {
 
 namespace Metrics = Arq::OrvoViaSwitch::Domain::Dto::Metrics;
-volatile std::sig_atomic_t second = 0;
+// Set by the signal handler, read by the changer thread: a lock-free atomic
+// is safe in both places (a volatile sig_atomic_t is not, across threads).
+std::atomic<int> second{0};
 
 Metrics::EthernetMetric Port(const std::string& name, long long base) {
   Metrics::EthernetMetric port;
@@ -98,7 +101,7 @@ int main(int argc, char** argv) {
   Fill(false);
   std::signal(SIGUSR1, [](int) { second = 1; });
   std::thread changer([] {
-    while (second == 0) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    while (second.load() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(20));
     Fill(true);
   });
   changer.detach();
