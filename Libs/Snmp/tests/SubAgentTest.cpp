@@ -6,6 +6,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Arq/TestSupport/Process.h"
 #include "Arq/TestSupport/SnmpMaster.h"
@@ -119,7 +120,8 @@ TEST_F(SubAgentTest, WalksReturnEveryFixedRowOfEveryTable) {
   EXPECT_EQ(names.at(B + ".1.2.1.2.0"), "STRING: \"eth1\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.1"), "STRING: \"eth2\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.2"), "\"\"");
-  EXPECT_GT(master->Walk(B).size(), 48u * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
+  // The whole subtree: 28 scalars and every cell of the seven tables.
+  EXPECT_EQ(master->Walk(B).size(), 28u + 48 * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
 }
 
 TEST_F(SubAgentTest, PtpHardwareInfosAndLagRows) {
@@ -144,12 +146,48 @@ TEST_F(SubAgentTest, PtpHardwareInfosAndLagRows) {
   EXPECT_EQ(Get("7.3.6.1.3.5"), "INTEGER: -1");
 }
 
-TEST_F(SubAgentTest, SetsAreRefused) {
-  const auto result = master->Tool("snmpset", {"-c", "private"}, {B + ".6.2.0", "i", "1"});
-  EXPECT_THAT(result.output, testing::HasSubstr("notWritable"));
-  const auto cell = master->Tool("snmpset", {"-c", "private"}, {B + ".1.2.1.3.0", "i", "5"});
-  EXPECT_THAT(cell.output, testing::HasSubstr("notWritable"));
-  EXPECT_EQ(Get("6.2.0"), "INTEGER: 0");
+// Every scalar, and a column of every table (an existing row and a row that
+// does not exist), refuses a SET and keeps its value.
+TEST_F(SubAgentTest, SetsAreRefusedEverywhere) {
+  struct Case {
+    std::string arcs;
+    const char* type;
+    const char* value;
+    const char* error;
+  };
+  std::vector<Case> cases;
+  for (const char* counter : {"1.1.0", "2.1.0", "3.1.0", "5.1.0", "7.1.0"}) {
+    cases.push_back({counter, "u", "9", "notWritable"});
+  }
+  for (const char* text : {"4.1.0", "4.2.0", "4.3.0", "4.5.0", "4.6.0", "6.1.0"}) {
+    cases.push_back({text, "s", "x", "notWritable"});
+  }
+  cases.push_back({"4.4.0", "a", "192.0.2.1", "notWritable"});
+  cases.push_back({"6.2.0", "i", "1", "notWritable"});
+  for (const char* lag : {"7.2", "7.3", "7.4"}) {
+    const std::string group = lag;
+    cases.push_back({group + ".1.0", "s", "x", "notWritable"});
+    cases.push_back({group + ".2.0", "i", "1", "notWritable"});
+    cases.push_back({group + ".3.0", "i", "1", "notWritable"});
+    cases.push_back({group + ".4.0", "s", "x", "notWritable"});
+    cases.push_back({group + ".5.0", "u", "1", "notWritable"});
+    cases.push_back({group + ".6.1.3.0", "i", "5", "notWritable"});
+    cases.push_back({group + ".6.1.3.99", "i", "5", "noCreation"});
+  }
+  for (const char* table : {"1.2.1.3", "2.2.1.3", "3.2.1.3", "5.2.1.10"}) {
+    const std::string column = table;
+    cases.push_back({column + ".0", "i", "5", "notWritable"});
+    cases.push_back({column + ".99", "i", "5", "noCreation"});
+  }
+  ASSERT_EQ(cases.size(), 28u + 7 * 2);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.arcs);
+    const std::string before = Get(c.arcs);
+    const auto result =
+        master->Tool("snmpset", {"-c", "private"}, {B + "." + c.arcs, c.type, c.value});
+    EXPECT_THAT(result.output, testing::HasSubstr(c.error));
+    EXPECT_EQ(Get(c.arcs), before);
+  }
 }
 
 // Runs last in this suite (and alone under CTest): changes the values, then
