@@ -146,6 +146,23 @@ TEST_F(SubAgentTest, PtpHardwareInfosAndLagRows) {
   EXPECT_EQ(Get("7.3.6.1.3.5"), "INTEGER: -1");
 }
 
+// A value read once is served from the cache afterwards: a second read of an
+// unchanged scalar, row or LAG port row writes nothing to the log.
+TEST_F(SubAgentTest, RereadingUnchangedValuesLogsNothing) {
+  const std::vector<std::string> objects{"1.1.0",     "4.2.0",       "1.2.1.2.0", "1.2.1.41.0",
+                                         "5.2.1.7.0", "7.3.6.1.2.1", "7.3.1.0"};
+  auto readAll = [&] {
+    for (const auto& arcs : objects) Get(arcs);
+    master->Walk(B + ".7.3");
+  };
+  readAll();
+  const std::string logged = ReadFile(dir->File("agent.log"));
+  EXPECT_THAT(logged, testing::HasSubstr("ethernetInterfaceMetrics has changed on row: 0.\n"));
+  EXPECT_THAT(logged, testing::HasSubstr("lAGInterfaceMetrics[1] has changed (InterfaceName).\n"));
+  readAll();
+  EXPECT_EQ(ReadFile(dir->File("agent.log")), logged);
+}
+
 // Every scalar, and a column of every table (an existing row and a row that
 // does not exist), refuses a SET and keeps its value.
 TEST_F(SubAgentTest, SetsAreRefusedEverywhere) {
