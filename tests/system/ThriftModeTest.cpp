@@ -19,8 +19,9 @@ using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::WaitUntil;
 using namespace std::chrono_literals;
 
-// The daemon in Thrift mode against the simulator on a fixed port below
-// 32768, so that the simulator can be started late or restarted.
+// The daemon in Thrift mode against the simulator on a fixed port above
+// 32767 (a TCP port is 1 to 65535 to an operator), so that the simulator can
+// be started late or restarted.
 class ThriftModeTest : public testing::Test {
  protected:
   // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
@@ -52,7 +53,7 @@ class ThriftModeTest : public testing::Test {
   }
 
   DaemonSetup setup;
-  int port = Arq::TestSupport::FreeShortTcpPort();
+  int port = Arq::TestSupport::FreeHighTcpPort();
   std::unique_ptr<ChildProcess> simulator;
 };
 

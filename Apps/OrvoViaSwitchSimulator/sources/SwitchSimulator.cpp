@@ -132,8 +132,17 @@ void ControlServer::Serve() {
     if (connection < 0) continue;
     std::string pending;
     char buffer[512];
-    ssize_t n;
-    while ((n = read(connection, buffer, sizeof buffer)) > 0) {
+    for (;;) {
+      // A client may keep its connection open for good: the stop wakes this
+      // wait too, so that the destructor's join never hangs.
+      pollfd waits[2] = {{connection, POLLIN, 0}, {wake_[0], POLLIN, 0}};
+      if (poll(waits, 2, -1) < 0) continue;
+      if (waits[1].revents != 0) {
+        close(connection);
+        return;
+      }
+      const ssize_t n = read(connection, buffer, sizeof buffer);
+      if (n <= 0) break;
       pending.append(buffer, static_cast<size_t>(n));
       std::size_t end;
       while ((end = pending.find('\n')) != std::string::npos) {

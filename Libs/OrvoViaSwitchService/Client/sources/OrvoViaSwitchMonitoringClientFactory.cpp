@@ -21,7 +21,7 @@ OrvoViaSwitchMonitoringClientFactory::OrvoViaSwitchMonitoringClientFactory(
 
 std::unique_ptr<Interfaces::IOrvoViaSwitchMonitoringClientFactory>
 OrvoViaSwitchMonitoringClientFactory::CreateSimpleClientFactory(const std::string& host,
-                                                                std::int16_t port,
+                                                                std::uint16_t port,
                                                                 std::int32_t connectionTimeout,
                                                                 std::int32_t receiveTimeout) {
   Thrift::RouteThriftDiagnosticsToLoggers();

@@ -20,7 +20,7 @@ class OrvoViaSwitchMonitoringClientFactory
   // Time-outs in milliseconds. Also routes the Thrift library's own
   // diagnostics into the loggers.
   static std::unique_ptr<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchMonitoringClientFactory>
-  CreateSimpleClientFactory(const std::string& host, std::int16_t port,
+  CreateSimpleClientFactory(const std::string& host, std::uint16_t port,
                             std::int32_t connectionTimeout, std::int32_t receiveTimeout);
 
   std::unique_ptr<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchConfigClient>
