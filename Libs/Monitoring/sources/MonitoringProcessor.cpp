@@ -27,8 +27,7 @@ MonitoringProcessor::MonitoringProcessor(bool collectMetrics, int collectMetrics
 
 MonitoringProcessor::~MonitoringProcessor() {
   snmp_log(LOG_INFO, "MonitoringProcessor Closing\n");
-  Stop();
-  if (thread_ && thread_->joinable()) thread_->join();
+  StopAndWait();
   snmp_log(LOG_INFO, "MonitoringProcessor Closed\n");
 }
 
@@ -44,6 +43,13 @@ void MonitoringProcessor::Stop() {
     if (!StopRequested()) StoppableWorker::Stop();
   }
   Wake();
+  // A collection under way is not waited for: its call is cut short.
+  collector_->Interrupt();
+}
+
+void MonitoringProcessor::StopAndWait() {
+  Stop();
+  if (thread_ && thread_->joinable()) thread_->join();
 }
 
 void MonitoringProcessor::SetCollectMetrics(bool collectMetrics) {

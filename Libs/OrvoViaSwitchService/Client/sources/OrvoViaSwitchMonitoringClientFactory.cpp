@@ -16,8 +16,9 @@ namespace Arq::OrvoViaSwitchService::Client {
 namespace Interfaces = OrvoViaSwitch::Domain::Interfaces;
 
 OrvoViaSwitchMonitoringClientFactory::OrvoViaSwitchMonitoringClientFactory(
-    std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory)
-    : layerFactory(std::move(layerFactory)) {}
+    std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory,
+    std::shared_ptr<Thrift::CallInterrupter> interrupter)
+    : layerFactory(std::move(layerFactory)), interrupter(std::move(interrupter)) {}
 
 std::unique_ptr<Interfaces::IOrvoViaSwitchMonitoringClientFactory>
 OrvoViaSwitchMonitoringClientFactory::CreateSimpleClientFactory(const std::string& host,
@@ -25,9 +26,15 @@ OrvoViaSwitchMonitoringClientFactory::CreateSimpleClientFactory(const std::strin
                                                                 std::int32_t connectionTimeout,
                                                                 std::int32_t receiveTimeout) {
   Thrift::RouteThriftDiagnosticsToLoggers();
+  auto interrupter = std::make_shared<Thrift::CallInterrupter>();
   return std::make_unique<OrvoViaSwitchMonitoringClientFactory>(
       std::make_shared<Thrift::ThriftTransportProtocolLayerFactory>(host, port, connectionTimeout,
-                                                                    receiveTimeout));
+                                                                    receiveTimeout, interrupter),
+      interrupter);
+}
+
+void OrvoViaSwitchMonitoringClientFactory::InterruptCalls() {
+  if (interrupter) interrupter->Interrupt();
 }
 
 template <typename Proxy>

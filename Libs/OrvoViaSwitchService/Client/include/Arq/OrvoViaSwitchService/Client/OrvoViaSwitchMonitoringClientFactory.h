@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Arq/OrvoViaSwitch/Domain/Interfaces/IOrvoViaSwitchMonitoringClientFactory.h"
+#include "Arq/OrvoViaSwitchService/Client/Thrift/CallInterrupter.h"
 #include "Arq/OrvoViaSwitchService/Client/Thrift/IThriftTransportProtocolLayerFactory.h"
 
 namespace Arq::OrvoViaSwitchService::Client {
@@ -14,8 +15,11 @@ namespace Arq::OrvoViaSwitchService::Client {
 class OrvoViaSwitchMonitoringClientFactory
     : public OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchMonitoringClientFactory {
  public:
+  // With an interrupter (the one the layer factory's connections register
+  // with), InterruptCalls() ends the calls under way.
   explicit OrvoViaSwitchMonitoringClientFactory(
-      std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory);
+      std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory,
+      std::shared_ptr<Thrift::CallInterrupter> interrupter = nullptr);
 
   // Time-outs in milliseconds. Also routes the Thrift library's own
   // diagnostics into the loggers.
@@ -33,12 +37,14 @@ class OrvoViaSwitchMonitoringClientFactory
   CreateOrvoViaSwitchLLDPProxyClient() override;
   std::unique_ptr<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchPTPClient>
   CreateOrvoViaSwitchPTPProxyClient() override;
+  void InterruptCalls() override;
 
  private:
   template <typename Proxy>
   std::unique_ptr<Proxy> CreateProxy();
 
   std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory;
+  std::shared_ptr<Thrift::CallInterrupter> interrupter;
 };
 
 }  // namespace Arq::OrvoViaSwitchService::Client
