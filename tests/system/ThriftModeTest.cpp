@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -17,6 +16,7 @@
 #include <regex>
 #include <thread>
 
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
 #include "Daemon.h"
 
 #ifdef ARQ_SIMULATOR_PATH
@@ -53,27 +53,7 @@ std::string BigEndian32(std::uint32_t value) {
 class HostilePeer {
  public:
   using Reply = std::function<std::string(const std::string& method, std::uint32_t sequence)>;
-  explicit HostilePeer(int port) {
-    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int yes = 1;
-    setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    if (bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-        listen(listener_, 16) != 0 || pipe(wake_) != 0) {
-      throw std::runtime_error("hostile peer: cannot listen");
-    }
-    thread_ = std::thread([this] { Serve(); });
-  }
-  ~HostilePeer() {
-    (void)!write(wake_[1], "s", 1);
-    thread_.join();
-    close(listener_);
-    close(wake_[0]);
-    close(wake_[1]);
-  }
+  explicit HostilePeer(int port) : acceptor_(port, [this](int connection) { Serve(connection); }) {}
   void Answer(Reply reply) {
     std::lock_guard<std::mutex> lock(mutex_);
     reply_ = std::move(reply);
@@ -81,50 +61,40 @@ class HostilePeer {
   int Answered() const { return answered_; }
 
  private:
-  void Serve() {
-    for (;;) {
-      pollfd fds[2] = {{listener_, POLLIN, 0}, {wake_[0], POLLIN, 0}};
-      if (poll(fds, 2, -1) < 0) continue;
-      if (fds[1].revents != 0) return;
-      const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-      if (connection < 0) continue;
-      const timeval second{1, 0};
-      setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &second, sizeof second);
-      setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
-      // Version word, name length, "Service:Method", sequence number.
-      char request[512];
-      const ssize_t got = read(connection, request, sizeof request);
-      std::string method;
-      std::uint32_t sequence = 0;
-      if (got >= 8) {
-        const std::string bytes(request, static_cast<std::size_t>(got));
-        const auto length = static_cast<std::size_t>((static_cast<std::uint8_t>(bytes[6]) << 8) |
-                                                     static_cast<std::uint8_t>(bytes[7]));
-        if (8 + length + 4 <= bytes.size()) {
-          const std::string name = bytes.substr(8, length);
-          method = name.substr(name.find(':') + 1);
-          for (int i = 0; i < 4; ++i) {
-            sequence = (sequence << 8) | static_cast<std::uint8_t>(bytes[8 + length + i]);
-          }
+  void Serve(int connection) {
+    const timeval second{1, 0};
+    setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &second, sizeof second);
+    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
+    // Version word, name length, "Service:Method", sequence number.
+    char request[512];
+    const ssize_t got = read(connection, request, sizeof request);
+    std::string method;
+    std::uint32_t sequence = 0;
+    if (got >= 8) {
+      const std::string bytes(request, static_cast<std::size_t>(got));
+      const auto length = static_cast<std::size_t>((static_cast<std::uint8_t>(bytes[6]) << 8) |
+                                                   static_cast<std::uint8_t>(bytes[7]));
+      if (8 + length + 4 <= bytes.size()) {
+        const std::string name = bytes.substr(8, length);
+        method = name.substr(name.find(':') + 1);
+        for (int i = 0; i < 4; ++i) {
+          sequence = (sequence << 8) | static_cast<std::uint8_t>(bytes[8 + length + i]);
         }
       }
-      std::string reply;
-      {
-        std::lock_guard<std::mutex> lock(mutex_);
-        if (reply_) reply = reply_(method, sequence);
-      }
-      (void)!send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
-      close(connection);
-      ++answered_;
     }
+    std::string reply;
+    {
+      std::lock_guard<std::mutex> lock(mutex_);
+      if (reply_) reply = reply_(method, sequence);
+    }
+    (void)!send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
+    ++answered_;
   }
 
-  int listener_ = -1;
-  int wake_[2] = {-1, -1};
   std::mutex mutex_;
   Reply reply_;
   std::atomic<int> answered_{0};
-  std::thread thread_;
+  Arq::OrvoViaSwitchService::Simulator::LoopbackAcceptor acceptor_;
 };
 
 // The daemon in Thrift mode against the simulator on a fixed port above
