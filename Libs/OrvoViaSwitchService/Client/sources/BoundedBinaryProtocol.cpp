@@ -46,11 +46,11 @@ std::int64_t ElementBytes(TType type) {
 
 }  // namespace
 
-// A whole full-capacity collection moves about 80 kB over its ten replies and
-// builds well under 1 MB of records; its longest string is a 513-byte LLDP TLV
-// and its longest list a VLAN list (4094 at most). The bounds leave one to
-// three orders of magnitude above that, and keep the worst a peer can make one
-// reply cost (the budget, plus one string not yet filled) near 17 MB.
+// A whole full-capacity collection moves about 80 kB over its ten replies; its
+// costliest reply is charged about 90 kB; its longest string is a 513-byte
+// LLDP TLV and its longest list a VLAN list (4094 at most). The bounds leave
+// two to three orders of magnitude above that, and keep the worst a peer can
+// make one reply cost (the budget, plus one string not yet filled) near 17 MB.
 const BoundedBinaryProtocol::Limits BoundedBinaryProtocol::kSwitchReplyLimits{
     1 << 20,   // 1 MiB per string
     1 << 16,   // 65536 elements per container
