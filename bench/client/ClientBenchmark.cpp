@@ -32,9 +32,8 @@ constexpr int kConnectTimeoutMs = 10000;
 constexpr int kReceiveTimeoutMs = 60000;
 
 LoopbackSwitchServer& Server() {
-  // The daemon carries the port as a 16-bit signed number: listen below 32768.
   static LoopbackSwitchServer server(ServerData::FullCapacity(),
-                                     LoopbackSwitchServer::PortRange::SignedShort);
+                                     LoopbackSwitchServer::PortRange::High);
   return server;
 }
 

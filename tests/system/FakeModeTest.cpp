@@ -82,13 +82,14 @@ TEST(FakeModeTest, StartupLinesAreLoggedWhateverTheThreshold) {
   EXPECT_THAT(out, testing::Not(testing::HasSubstr("OrvoViaSwitchMonitoring: --- The End")));
 }
 
+// Paused with a period of 0, the collector idles instead of spinning.
 TEST(FakeModeTest, RewritingTheOptionsFilePausesResumesAndChangesTheThreshold) {
   DaemonSetup setup;
   setup.StartDaemon(FakeArguments());
   ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
   const std::string counter = "1.2.1.10.0";  // eth1 octets received, grows every second
   setup.WriteOptions(
-      R"({"SwitchMonitoringControl":{"CollectMetrics":false,"CollectMetricsPeriod":1,"DebugLevel":"Info"}})");
+      R"({"SwitchMonitoringControl":{"CollectMetrics":false,"CollectMetricsPeriod":0,"DebugLevel":"Info"}})");
   ASSERT_TRUE(WaitUntil(
       [&] {
         return setup.Stdout().find("Collect Metrics Transition from True to False") !=
@@ -97,7 +98,10 @@ TEST(FakeModeTest, RewritingTheOptionsFilePausesResumesAndChangesTheThreshold) {
       10s));
   std::this_thread::sleep_for(1500ms);  // a collection under way completes
   const std::string paused = setup.Get(counter);
+  const double cpuBefore = Arq::TestSupport::CpuSeconds(setup.Daemon().Pid());
   std::this_thread::sleep_for(2500ms);
+  // A spinning thread would take a quarter of a core or more (0.6 s here).
+  EXPECT_LT(Arq::TestSupport::CpuSeconds(setup.Daemon().Pid()) - cpuBefore, 0.2);
   EXPECT_EQ(setup.Get(counter), paused);
   setup.WriteOptions(
       R"({"SwitchMonitoringControl":{"CollectMetrics":true,"CollectMetricsPeriod":1,"DebugLevel":"Warning"}})");

@@ -1,12 +1,22 @@
+#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <chrono>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <mutex>
 #include <regex>
 #include <thread>
 
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
 #include "Daemon.h"
 
 #ifdef ARQ_SIMULATOR_PATH
@@ -19,8 +29,77 @@ using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::WaitUntil;
 using namespace std::chrono_literals;
 
-// The daemon in Thrift mode against the simulator on a fixed port below
-// 32768, so that the simulator can be started late or restarted.
+int ConnectLoopback(int port) {
+  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+    close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+std::string BigEndian32(std::uint32_t value) {
+  return {static_cast<char>(value >> 24), static_cast<char>(value >> 16),
+          static_cast<char>(value >> 8), static_cast<char>(value)};
+}
+
+// A peer on the switch's port that is no Thrift server: it reads each request
+// and answers with whatever `Answer` builds from the called method's name
+// (without its service) and sequence number, then closes.
+class HostilePeer {
+ public:
+  using Reply = std::function<std::string(const std::string& method, std::uint32_t sequence)>;
+  explicit HostilePeer(int port) : acceptor_(port, [this](int connection) { Serve(connection); }) {}
+  void Answer(Reply reply) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    reply_ = std::move(reply);
+  }
+  int Answered() const { return answered_; }
+
+ private:
+  void Serve(int connection) {
+    const timeval second{1, 0};
+    setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &second, sizeof second);
+    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
+    // Version word, name length, "Service:Method", sequence number.
+    char request[512];
+    const ssize_t got = read(connection, request, sizeof request);
+    std::string method;
+    std::uint32_t sequence = 0;
+    if (got >= 8) {
+      const std::string bytes(request, static_cast<std::size_t>(got));
+      const auto length = static_cast<std::size_t>((static_cast<std::uint8_t>(bytes[6]) << 8) |
+                                                   static_cast<std::uint8_t>(bytes[7]));
+      if (8 + length + 4 <= bytes.size()) {
+        const std::string name = bytes.substr(8, length);
+        method = name.substr(name.find(':') + 1);
+        for (int i = 0; i < 4; ++i) {
+          sequence = (sequence << 8) | static_cast<std::uint8_t>(bytes[8 + length + i]);
+        }
+      }
+    }
+    std::string reply;
+    {
+      std::lock_guard<std::mutex> lock(mutex_);
+      if (reply_) reply = reply_(method, sequence);
+    }
+    (void)!send(connection, reply.data(), reply.size(), MSG_NOSIGNAL);
+    ++answered_;
+  }
+
+  std::mutex mutex_;
+  Reply reply_;
+  std::atomic<int> answered_{0};
+  Arq::OrvoViaSwitchService::Simulator::LoopbackAcceptor acceptor_;
+};
+
+// The daemon in Thrift mode against the simulator on a fixed port above
+// 32767 (a TCP port is 1 to 65535 to an operator), so that the simulator can
+// be started late or restarted.
 class ThriftModeTest : public testing::Test {
  protected:
   // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
@@ -44,15 +123,38 @@ class ThriftModeTest : public testing::Test {
     simulator->WaitExit(10s);
     simulator.reset();
   }
-  void StartDaemon() {
-    setup.StartDaemon({"monitoring_processor_mode:Thrift", "remote_ip_address:127.0.0.1",
-                       "remote_port_number:" + std::to_string(port),
-                       "remote_ms_connection_timeout:500", "remote_ms_receive_timeout:2000",
-                       "collect_metrics_period:1", "log_level:Warning"});
+  // `extra` words come last and override the earlier ones; without a receive
+  // time-out the daemon uses its default one (60 s).
+  void StartDaemon(const std::vector<std::string>& extra = {"remote_ms_receive_timeout:2000"}) {
+    std::vector<std::string> arguments{"monitoring_processor_mode:Thrift",
+                                       "remote_ip_address:127.0.0.1",
+                                       "remote_port_number:" + std::to_string(port),
+                                       "remote_ms_connection_timeout:500",
+                                       "collect_metrics_period:1",
+                                       "log_level:Warning"};
+    arguments.insert(arguments.end(), extra.begin(), extra.end());
+    setup.StartDaemon(arguments);
+  }
+  // One line to the simulator's control port; its one-line answer.
+  std::string Control(const std::string& line) {
+    const std::string out = ReadFile(setup.Dir().File("simulator.out"));
+    const int fd = ConnectLoopback(std::atoi(out.c_str() + out.find(" control ") + 9));
+    if (fd < 0) return "no control port";
+    const std::string request = line + "\n";
+    std::string answer;
+    char buffer[64];
+    ssize_t n = 0;
+    if (write(fd, request.data(), request.size()) == static_cast<ssize_t>(request.size())) {
+      while (answer.find('\n') == std::string::npos && (n = read(fd, buffer, sizeof buffer)) > 0) {
+        answer.append(buffer, static_cast<std::size_t>(n));
+      }
+    }
+    close(fd);
+    return answer.substr(0, answer.find('\n'));
   }
 
   DaemonSetup setup;
-  int port = Arq::TestSupport::FreeShortTcpPort();
+  int port = Arq::TestSupport::FreeHighTcpPort();
   std::unique_ptr<ChildProcess> simulator;
 };
 
@@ -172,6 +274,101 @@ TEST_F(ThriftModeTest, OptionsFileStopsAndResumesTheCalls) {
   EXPECT_EQ(setup.Get("1.2.1.10.0"), paused);
   setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":true}})");
   EXPECT_TRUE(WaitUntil([&] { return setup.Get("1.2.1.10.0") != paused; }, 10s));
+}
+
+// A peer that answers every call with bytes that are no proper reply never
+// makes the daemon allocate what those bytes spell: each call fails with one
+// error line and the peak resident set stays small.
+TEST_F(ThriftModeTest, HostileRepliesOnEveryCallKeepThePeakResidentSetSmall) {
+  const std::string kVersionReply = BigEndian32(0x80010002u);
+  const auto header = [&](const std::string& method, std::uint32_t sequence) {
+    return kVersionReply + BigEndian32(static_cast<std::uint32_t>(method.size())) + method +
+           BigEndian32(sequence);
+  };
+  const struct {
+    const char* name;
+    HostilePeer::Reply reply;
+    const char* error;
+  } patterns[] = {
+      {"web server", [](auto&&...) { return std::string("HTTP/1.1 400 Bad Request\r\n\r\n"); },
+       "Error: No version identifier"},
+      {"0x7fffffff", [](auto&&...) { return BigEndian32(0x7fffffffu) + std::string(60, 'x'); },
+       "Error: No version identifier"},
+      {"version then text",
+       [&](auto&&...) { return kVersionReply + "HTTP/1.1 400 Bad Request\r\n\r\n"; },
+       "Error: TProtocolException: Exceeded size limit"},
+      {"huge container count",
+       [&](const std::string& method, std::uint32_t sequence) {
+         // Field 0, a list of 2^31 - 1 records.
+         return header(method, sequence) + std::string("\x0f\x00\x00\x0c", 4) +
+                BigEndian32(0x7fffffffu);
+       },
+       "Error: TProtocolException: Exceeded size limit"},
+      {"full containers of empty records",
+       [&](const std::string& method, std::uint32_t sequence) {
+         // Field 0, a map of 8 names to lists of 60000 records, every record
+         // sent (one stop byte): 480 kB that a naive reader turns into 150 MB.
+         std::string reply =
+             header(method, sequence) + std::string("\x0d\x00\x00\x0b\x0f", 5) + BigEndian32(8);
+         for (int i = 0; i < 8; ++i) {
+           reply += BigEndian32(1) + std::string(1, static_cast<char>('a' + i)) +
+                    std::string("\x0c", 1) + BigEndian32(60000) + std::string(60000, '\0');
+         }
+         return reply;
+       },
+       "Error: reply larger than 16 MiB once read"},
+  };
+  HostilePeer peer(port);
+  // Collections back to back: every call meets each pattern within a moment.
+  StartDaemon({"remote_ms_receive_timeout:2000", "collect_metrics_period:0"});
+  const std::string statusPath = "/proc/" + std::to_string(setup.Daemon().Pid());
+  for (const auto& pattern : patterns) {
+    SCOPED_TRACE(pattern.name);
+    peer.Answer(pattern.reply);
+    // Wait out any call begun under the previous pattern, then measure from here.
+    const int first = peer.Answered() + 2;
+    ASSERT_TRUE(WaitUntil([&] { return peer.Answered() >= first; }, 10s, 20ms));
+    std::ofstream(statusPath + "/clear_refs") << "5";
+    const auto errorsBefore = setup.Stderr().size();
+    // Every one of the ten calls of a collection, at least once.
+    ASSERT_TRUE(WaitUntil([&] { return peer.Answered() >= first + 12; }, 10s, 20ms));
+    const long peakKb = Arq::TestSupport::PeakResidentKb(setup.Daemon().Pid());
+    std::cout << "peak resident set under \"" << pattern.name << "\": " << peakKb << " kB"
+              << std::endl;
+    EXPECT_GT(peakKb, 0);
+    EXPECT_LT(peakKb, 64 * 1024);
+    EXPECT_TRUE(WaitUntil(
+        [&] { return setup.Stderr().find(pattern.error, errorsBefore) != std::string::npos; }, 5s))
+        << setup.Stderr().substr(errorsBefore, 600);
+  }
+  EXPECT_TRUE(setup.Daemon().IsRunning());
+}
+
+// SIGTERM or SIGINT while the switch holds a call: the call is cut short, the
+// rest of the collection skipped, and the process ends at once, the end line last.
+TEST_F(ThriftModeTest, StopDuringAHungCallEndsWithinTwoSeconds) {
+  StartSimulator();
+  ASSERT_EQ(Control("delay 600000"), "ok");
+  for (int signal : {SIGTERM, SIGINT}) {
+    SCOPED_TRACE(signal);
+    const int before = std::atoi(Control("calls").c_str() + 6);
+    StartDaemon({});  // the default receive time-out: 60 s
+    // A call has reached the switch: it hangs there now.
+    ASSERT_TRUE(WaitUntil([&] { return std::atoi(Control("calls").c_str() + 6) > before; }, 5s));
+    const auto start = std::chrono::steady_clock::now();
+    const auto status = setup.StopDaemon(signal, 2s);
+    std::cout << "exit after signal " << signal << " during a hung call: "
+              << std::chrono::duration_cast<std::chrono::milliseconds>(
+                     std::chrono::steady_clock::now() - start)
+                     .count()
+              << " ms" << std::endl;
+    ASSERT_TRUE(status);
+    ASSERT_TRUE(WIFEXITED(*status));
+    EXPECT_EQ(WEXITSTATUS(*status), 0);
+    const auto lines = setup.StdoutLines();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), "--- The End With Exit Code: (0) ---");
+  }
 }
 
 }  // namespace

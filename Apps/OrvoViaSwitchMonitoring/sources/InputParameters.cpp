@@ -10,7 +10,7 @@ namespace Arq::OrvoViaSwitchMonitoring {
 using namespace Constants;
 
 InputParameters::InputParameters(int redirectOutputSplitPeriod, long redirectOutputFileSize,
-                                 short remotePortNumber, int remoteConnectionTimeout,
+                                 std::uint16_t remotePortNumber, int remoteConnectionTimeout,
                                  int remoteReceiveTimeout, std::string logLevel,
                                  MonitoringProcessorMode::Type monitoringProcessorMode,
                                  int collectMetricsPeriod, std::string dataSetupFolder,
@@ -63,7 +63,8 @@ InputParameters::Parameters InputParameters::Parse(int argc, const char** argv) 
     } else if (StartsWith(argument, REMOTE_IP_ADDRESS_ARG)) {
       p.remoteIpAddress = value(REMOTE_IP_ADDRESS_ARG);
     } else if (StartsWith(argument, REMOTE_PORT_NUMBER_ARG)) {
-      p.remotePortNumber = StringToInt(value(REMOTE_PORT_NUMBER_ARG), static_cast<short>(9092));
+      p.remotePortNumber = static_cast<std::uint16_t>(
+          StringToInt(value(REMOTE_PORT_NUMBER_ARG), static_cast<short>(9092)));
     } else if (StartsWith(argument, REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG)) {
       p.remoteConnectionTimeout =
           StringToInt(value(REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG), 10000);

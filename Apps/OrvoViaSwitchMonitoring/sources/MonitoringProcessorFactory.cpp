@@ -9,7 +9,8 @@ namespace Arq::OrvoViaSwitchMonitoring {
 std::shared_ptr<Monitoring::MonitoringProcessor>
 MonitoringProcessorFactory::CreateThriftMonitoringProcessor(int collectMetricsPeriod,
                                                             const std::string& ipAddress,
-                                                            short port, int connectionTimeoutMs,
+                                                            std::uint16_t port,
+                                                            int connectionTimeoutMs,
                                                             int receiveTimeoutMs) {
   return std::make_shared<Monitoring::MonitoringProcessor>(
       true, collectMetricsPeriod,

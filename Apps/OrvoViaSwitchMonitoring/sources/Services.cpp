@@ -14,6 +14,9 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(parameters.redirectOutput);
   agent->Run();
   agent.reset();
+  // The collection thread is done before the end line, whatever the switch
+  // does: a call in flight is cut short rather than waited for.
+  processor->StopAndWait();
 }
 
 }  // namespace Arq::OrvoViaSwitchMonitoring

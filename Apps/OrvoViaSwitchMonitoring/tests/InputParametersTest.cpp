@@ -101,8 +101,11 @@ TEST(InputParametersTest, NumbersFallBackToFixedLiterals) {
   EXPECT_EQ(p.remoteConnectionTimeout, 10000);
   p = Parse(other, {"remote_ms_receive_timeout:"});
   EXPECT_EQ(p.remoteReceiveTimeout, 60000);
+  // The port keeps the number's 16 bits, read unsigned: a TCP port up to 65535.
   p = Parse(other, {"remote_port_number:-1"});
-  EXPECT_EQ(p.remotePortNumber, -1);
+  EXPECT_EQ(p.remotePortNumber, 65535);
+  p = Parse(other, {"remote_port_number:40000"});
+  EXPECT_EQ(p.remotePortNumber, 40000);
 
   EXPECT_EQ(InputParameters::StringToInt("", 5), 5);
   EXPECT_EQ(InputParameters::StringToInt("  12", 5), 12);

@@ -1,13 +1,8 @@
 #include "SwitchSimulator.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <sstream>
-#include <stdexcept>
 
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/Converters.h"
 
@@ -95,54 +90,22 @@ std::string ApplyControl(ServerBehaviour& behaviour, const std::string& line) {
   return "ok";
 }
 
-ControlServer::ControlServer(ServerBehaviour& behaviour, int port) : behaviour_(behaviour) {
-  listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const int yes = 1;
-  setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<uint16_t>(port));
-  if (listener_ < 0 ||
-      bind(listener_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(listener_, 4) != 0 || pipe(wake_) != 0) {
-    throw std::runtime_error("control port: cannot listen");
-  }
-  socklen_t length = sizeof address;
-  getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
-  port_ = ntohs(address.sin_port);
-  thread_ = std::thread([this] { Serve(); });
-}
+ControlServer::ControlServer(ServerBehaviour& behaviour, int port)
+    : behaviour_(behaviour),
+      acceptor_(port, [this](int connection) { ServeConnection(connection); }) {}
 
-ControlServer::~ControlServer() {
-  const char stop = 's';
-  (void)!write(wake_[1], &stop, 1);
-  thread_.join();
-  close(listener_);
-  close(wake_[0]);
-  close(wake_[1]);
-}
-
-void ControlServer::Serve() {
-  for (;;) {
-    pollfd fds[2] = {{listener_, POLLIN, 0}, {wake_[0], POLLIN, 0}};
-    if (poll(fds, 2, -1) < 0) continue;
-    if (fds[1].revents != 0) return;
-    const int connection = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (connection < 0) continue;
-    std::string pending;
-    char buffer[512];
-    ssize_t n;
-    while ((n = read(connection, buffer, sizeof buffer)) > 0) {
-      pending.append(buffer, static_cast<size_t>(n));
-      std::size_t end;
-      while ((end = pending.find('\n')) != std::string::npos) {
-        const std::string reply = ApplyControl(behaviour_, pending.substr(0, end)) + "\n";
-        pending.erase(0, end + 1);
-        (void)!write(connection, reply.data(), reply.size());
-      }
+void ControlServer::ServeConnection(int connection) {
+  std::string pending;
+  char buffer[512];
+  ssize_t n;
+  while (acceptor_.WaitReadable(connection) && (n = read(connection, buffer, sizeof buffer)) > 0) {
+    pending.append(buffer, static_cast<size_t>(n));
+    std::size_t end;
+    while ((end = pending.find('\n')) != std::string::npos) {
+      const std::string reply = ApplyControl(behaviour_, pending.substr(0, end)) + "\n";
+      pending.erase(0, end + 1);
+      (void)!write(connection, reply.data(), reply.size());
     }
-    close(connection);
   }
 }
 

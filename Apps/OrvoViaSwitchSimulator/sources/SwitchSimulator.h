@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "Arq/Monitoring/FakeMonitoringCollector.h"
+#include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
 #include "Arq/OrvoViaSwitchService/Simulator/ServerBehaviour.h"
 #include "Arq/OrvoViaSwitchService/Simulator/ServerData.h"
 
@@ -34,18 +35,12 @@ std::string ApplyControl(OrvoViaSwitchService::Simulator::ServerBehaviour& behav
 class ControlServer {
  public:
   ControlServer(OrvoViaSwitchService::Simulator::ServerBehaviour& behaviour, int port);
-  ~ControlServer();
-  ControlServer(const ControlServer&) = delete;
-  ControlServer& operator=(const ControlServer&) = delete;
-  int Port() const { return port_; }
+  int Port() const { return acceptor_.Port(); }
 
  private:
-  void Serve();
+  void ServeConnection(int connection);
   OrvoViaSwitchService::Simulator::ServerBehaviour& behaviour_;
-  int listener_ = -1;
-  int wake_[2] = {-1, -1};
-  int port_ = 0;
-  std::thread thread_;
+  OrvoViaSwitchService::Simulator::LoopbackAcceptor acceptor_;
 };
 
 }  // namespace Arq::OrvoViaSwitchSimulator

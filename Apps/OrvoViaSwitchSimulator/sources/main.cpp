@@ -2,8 +2,8 @@
 // Serves a switch on 127.0.0.1 until SIGTERM or SIGINT: the one a JSON
 // scenario file describes, or without one the synthetic switch of Fake mode.
 // Prints "listening on port <P> control <C>" once both ports listen. Port 0
-// (the default) picks a free port below 32768, since the daemon carries the
-// port as a signed 16-bit number. A scenario that cannot be used ends the
+// (the default) picks a free port above 32767, so that every run shows the
+// daemon reaching the upper half of the port range. A scenario that cannot be used ends the
 // process with status 1 and one line on standard error saying why.
 #include <signal.h>
 
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
       return Usage();
     }
   }
-  if (port < 0 || port > 32767 || controlPort < 0 || controlPort > 65535) return Usage();
+  if (port < 0 || port > 65535 || controlPort < 0 || controlPort > 65535) return Usage();
 
   sigset_t stopSignals;
   sigemptyset(&stopSignals);
@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
       }
       return cached;
     };
-    LoopbackSwitchServer server(source, LoopbackSwitchServer::PortRange::SignedShort, port);
+    LoopbackSwitchServer server(source, LoopbackSwitchServer::PortRange::High, port);
     Arq::OrvoViaSwitchSimulator::ControlServer control(server.Behaviour(), controlPort);
     std::cout << "listening on port " << server.Port() << " control " << control.Port()
               << std::endl;

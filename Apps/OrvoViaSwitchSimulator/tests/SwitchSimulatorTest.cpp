@@ -91,8 +91,8 @@ class SimulatorTest : public testing::Test {
 };
 
 TEST_F(SimulatorTest, ServesTheSyntheticSwitchWithMovingCounters) {
-  EXPECT_GT(port, 0);
-  EXPECT_LT(port, 32768);
+  EXPECT_GT(port, 32767);
+  EXPECT_LT(port, 65536);
   auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
   std::vector<std::string> names;
   interfaces->GetIfList(names, ArqSwitchApi::Header_t());
@@ -256,6 +256,8 @@ TEST(SimulatorCommandLineTest, UnusableScenarioEndsTheProcessWithTheReason) {
   }
 }
 
+// Each shipped scenario is served; SIGTERM ends the simulator promptly even
+// while a client keeps its control connection open.
 TEST(SimulatorCommandLineTest, ShippedScenariosAreServed) {
   for (const char* name : {"small.json", "full-capacity.json", "inconsistent.json"}) {
     TempDir dir;
@@ -265,8 +267,20 @@ TEST(SimulatorCommandLineTest, ShippedScenariosAreServed) {
     EXPECT_TRUE(WaitUntil(
         [&] { return ReadFile(dir.File("simulator.out")).find("listening on port") == 0; }, 10s))
         << name;
+    const std::string out = ReadFile(dir.File("simulator.out"));
+    const int control = std::atoi(out.c_str() + out.find(" control ") + 9);
+    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(control));
+    ASSERT_EQ(connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << name;
+    ASSERT_EQ(write(client, "calls\n", 6), 6);
+    char reply[32] = {};
+    EXPECT_GT(read(client, reply, sizeof reply - 1), 0) << name;
     simulator.Signal(SIGTERM);
-    const auto status = simulator.WaitExit(10s);
+    const auto status = simulator.WaitExit(2s);
+    close(client);
     ASSERT_TRUE(status) << name;
     EXPECT_EQ(WEXITSTATUS(*status), 0) << name;
   }
@@ -274,7 +288,7 @@ TEST(SimulatorCommandLineTest, ShippedScenariosAreServed) {
 
 TEST(SimulatorCommandLineTest, BadArgumentsAreRefused) {
   const auto result =
-      Arq::TestSupport::RunCommand({ARQ_SIMULATOR_PATH, "--port", "40000"}, {}, 10s, true);
+      Arq::TestSupport::RunCommand({ARQ_SIMULATOR_PATH, "--port", "65536"}, {}, 10s, true);
   ASSERT_TRUE(WIFEXITED(result.status));
   EXPECT_EQ(WEXITSTATUS(result.status), 2);
   EXPECT_THAT(result.output, testing::HasSubstr("usage: OrvoViaSwitchSimulator"));

@@ -8,6 +8,13 @@
 
 namespace Arq::Monitoring {
 
+namespace {
+// A disabled collector has nothing to do until a configuration change, which
+// wakes it at once; with a period of zero or below its wait would end at once
+// and spin, so it waits the daemon's default period instead.
+constexpr long long kDisabledIdleSeconds = 5;
+}  // namespace
+
 OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s MonitoringProcessor::monitoringValues;
 
 MonitoringProcessor::MonitoringProcessor(bool collectMetrics, int collectMetricsPeriod,
@@ -20,8 +27,7 @@ MonitoringProcessor::MonitoringProcessor(bool collectMetrics, int collectMetrics
 
 MonitoringProcessor::~MonitoringProcessor() {
   snmp_log(LOG_INFO, "MonitoringProcessor Closing\n");
-  Stop();
-  if (thread_ && thread_->joinable()) thread_->join();
+  StopAndWait();
   snmp_log(LOG_INFO, "MonitoringProcessor Closed\n");
 }
 
@@ -37,6 +43,13 @@ void MonitoringProcessor::Stop() {
     if (!StopRequested()) StoppableWorker::Stop();
   }
   Wake();
+  // A collection under way is not waited for: its call is cut short.
+  collector_->Interrupt();
+}
+
+void MonitoringProcessor::StopAndWait() {
+  Stop();
+  if (thread_ && thread_->joinable()) thread_->join();
 }
 
 void MonitoringProcessor::SetCollectMetrics(bool collectMetrics) {
@@ -77,7 +90,8 @@ void MonitoringProcessor::Loop() {
 }
 
 void MonitoringProcessor::WaitForCollectInterval() {
-  const long long period = collectMetricsPeriod_;
+  long long period = collectMetricsPeriod_;
+  if (!collectMetrics_ && period <= 0) period = kDisabledIdleSeconds;
   std::unique_lock<std::mutex> lock(wakeMutex_);
   const bool woken = wake_;
   wake_ = false;

@@ -19,8 +19,11 @@ namespace {
 // One service call through a fresh client: create, open, call, close. Any
 // standard exception (a DomainException in practice) is logged and gives the
 // default result; the client, and its connection, go away in every case.
+// Once interrupted, no call is made any more.
 template <typename CreateClient, typename Call>
-auto CallOnce(CreateClient&& createClient, Call&& call) -> decltype(call(*createClient())) {
+auto CallOnce(const std::atomic<bool>& interrupted, CreateClient&& createClient, Call&& call)
+    -> decltype(call(*createClient())) {
+  if (interrupted) return {};
   try {
     auto client = createClient();
     client->Open();
@@ -40,18 +43,20 @@ ThriftMonitoringCollector::ThriftMonitoringCollector(
     : clientFactory(std::move(clientFactory)) {}
 
 std::vector<std::string> ThriftMonitoringCollector::GetInterfaceNames() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-                    return client.GetIfList(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
+        return client.GetIfList(Dto::Header());
+      });
 }
 
 std::map<std::string, Dto::IfInfo> ThriftMonitoringCollector::GetInterfacesInformation(
     const std::vector<std::string>& names) {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-                  [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-                    return client.GetIfInfo(Dto::Header(), names);
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
+        return client.GetIfInfo(Dto::Header(), names);
+      });
 }
 
 std::vector<std::string> ThriftMonitoringCollector::GetEthNames(
@@ -70,61 +75,69 @@ std::vector<std::string> ThriftMonitoringCollector::GetEthNames(
 
 std::vector<Dto::EthInfo> ThriftMonitoringCollector::GetEthernetInformation(
     const std::vector<std::string>& names) {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchEthernetProxyClient(); },
-                  [&names](Interfaces::IOrvoViaSwitchEthernetClient& client) {
-                    return client.GetEthInfo(Dto::Header(), names);
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchEthernetProxyClient(); },
+      [&names](Interfaces::IOrvoViaSwitchEthernetClient& client) {
+        return client.GetEthInfo(Dto::Header(), names);
+      });
 }
 
 std::map<std::string, std::vector<Dto::EthCnt>> ThriftMonitoringCollector::GetEthernetCounters(
     const std::vector<std::string>& names) {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-                  [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-                    return client.GetEthCnt(Dto::Header(), names);
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
+        return client.GetEthCnt(Dto::Header(), names);
+      });
 }
 
 std::map<std::string, std::vector<Dto::EthStat>> ThriftMonitoringCollector::GetEthernetBandwidths(
     const std::vector<std::string>& names) {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-                  [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-                    return client.GetEthStats(Dto::Header(), names);
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
+        return client.GetEthStats(Dto::Header(), names);
+      });
 }
 
 std::string ThriftMonitoringCollector::GetMainMacAddress() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-                    return client.GetMainMacAddr(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
+        return client.GetMainMacAddr(Dto::Header());
+      });
 }
 
 Dto::LldpConfig ThriftMonitoringCollector::GetLLDPConfiguration() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
-                    return client.GetLldpConfig(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
+        return client.GetLldpConfig(Dto::Header());
+      });
 }
 
 std::vector<Dto::LldpInfo> ThriftMonitoringCollector::GetTopology() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
-                    return client.GetLldpInfo(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
+        return client.GetLldpInfo(Dto::Header());
+      });
 }
 
 std::vector<Dto::PTPConfig> ThriftMonitoringCollector::GetPTPConfigurations() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchPTPProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchPTPClient& client) {
-                    return client.GetPTPConfig(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchPTPProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchPTPClient& client) {
+        return client.GetPTPConfig(Dto::Header());
+      });
 }
 
 Dto::ConfigFile ThriftMonitoringCollector::GetCurrentConfiguration() {
-  return CallOnce([this] { return clientFactory->CreateOrvoViaSwitchConfigProxyClient(); },
-                  [](Interfaces::IOrvoViaSwitchConfigClient& client) {
-                    return client.GetCurrentConfig(Dto::Header());
-                  });
+  return CallOnce(
+      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchConfigProxyClient(); },
+      [](Interfaces::IOrvoViaSwitchConfigClient& client) {
+        return client.GetCurrentConfig(Dto::Header());
+      });
 }
 
 void ThriftMonitoringCollector::Collect(
@@ -142,12 +155,19 @@ void ThriftMonitoringCollector::Collect(
   snapshot.lldpNeighbours = GetTopology();
   snapshot.ptpConfigs = GetPTPConfigurations();
   snapshot.currentConfig = GetCurrentConfiguration();
+  // An interrupted collection is incomplete: the holders keep what they have.
+  if (interrupted) return;
 
   try {
     PublishSnapshot(snapshot, values);
   } catch (const std::exception& exception) {
     snmp_log(LOG_ERR, "ThriftMonitoringCollector::Collect(), Error: %s\n", exception.what());
   }
+}
+
+void ThriftMonitoringCollector::Interrupt() {
+  interrupted = true;
+  clientFactory->InterruptCalls();
 }
 
 }  // namespace Arq::Monitoring

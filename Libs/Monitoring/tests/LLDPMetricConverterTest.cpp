@@ -79,6 +79,10 @@ TEST(LldpTlvTest, ManagementAddressAndTimeToLive) {
   EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x02})), 121);
   EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x05, 0x00, 0x78})), 121);
   EXPECT_EQ(Tlv::TimeToLive(Tlv::Encode(4, B({0x00, 0x78}))), 121);
+  // Only the header has to fit: bytes 3 and 4 give the number whatever length it announces.
+  EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x01, 0x00, 0x78})), 120);
+  EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x00, 0x01, 0x2c})), 300);
+  EXPECT_EQ(Tlv::TimeToLive(B({0x06, 0x01, 0x00})), 121);
 }
 
 TEST(LldpTlvTest, SystemDescriptionSplit) {
@@ -141,10 +145,10 @@ TEST(LLDPMetricConverterTest, GarbageTlvsLeaveDefaultsAndNeverReadOutside) {
   const Metrics::LLDPInfoMetric defaults;
   for (int round = 0; round < 2000; ++round) {
     Dto::LldpInfo info;
-    for (auto type : {Dto::LldpTlvType::ChassisId, Dto::LldpTlvType::PortId,
-                      Dto::LldpTlvType::TimeToLive, Dto::LldpTlvType::PortDescription,
-                      Dto::LldpTlvType::SystemName, Dto::LldpTlvType::SystemDescription,
-                      Dto::LldpTlvType::ManagementAddress}) {
+    for (auto type :
+         {Dto::LldpTlvType::ChassisId, Dto::LldpTlvType::PortId, Dto::LldpTlvType::TimeToLive,
+          Dto::LldpTlvType::PortDescription, Dto::LldpTlvType::SystemName,
+          Dto::LldpTlvType::SystemDescription, Dto::LldpTlvType::ManagementAddress}) {
       std::string garbage;
       const int n = size(random);
       for (int i = 0; i < n; ++i) garbage += static_cast<char>(byte(random));

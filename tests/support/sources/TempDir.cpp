@@ -67,17 +67,19 @@ int FreeTcpPort() {
   return FreePort(SOCK_STREAM);
 }
 
-int FreeShortTcpPort() {
-  // A pseudo-random start in 20000..32767, then the next ports until one binds.
+int FreeHighTcpPort() {
+  // A pseudo-random start in 61000..65535, then the next ports until one binds.
+  constexpr int kFirst = 61000;
+  constexpr int kCount = 65536 - kFirst;
   static int calls = 0;
-  const int start = static_cast<int>((getpid() * 7919 + 97 * calls++) % 12768);
-  for (int i = 0; i < 12768; ++i) {
+  const int start = static_cast<int>((getpid() * 7919 + 97 * calls++) % kCount);
+  for (int i = 0; i < kCount; ++i) {
     try {
-      return FreePort(SOCK_STREAM, 20000 + (start + i) % 12768);
+      return FreePort(SOCK_STREAM, kFirst + (start + i) % kCount);
     } catch (const std::runtime_error&) {
     }
   }
-  throw std::runtime_error("no free port below 32768");
+  throw std::runtime_error("no free port above 60999");
 }
 
 }  // namespace Arq::TestSupport

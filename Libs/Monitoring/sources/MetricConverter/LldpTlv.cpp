@@ -106,10 +106,11 @@ std::optional<std::string> ManagementAddress(std::string_view tlv) {
 }
 
 std::int32_t TimeToLive(std::string_view tlv) {
-  if (tlv.size() <= 2) return kMalformedTimeToLive;
-  const auto value = Value(tlv, 3);
-  if (!value || value->size() < 2) return kMalformedTimeToLive;
-  return static_cast<std::int32_t>((Byte(*value, 0) << 8) | Byte(*value, 1));
+  // The header only has to fit in the text: the number is always read from
+  // the third and fourth bytes, whatever length the header announces. A text
+  // too short to hold those two bytes has no number to give.
+  if (tlv.size() < 4 || !Value(tlv, 3)) return kMalformedTimeToLive;
+  return static_cast<std::int32_t>((Byte(tlv, 2) << 8) | Byte(tlv, 3));
 }
 
 std::optional<std::string> Text(std::string_view tlv, int expectedType) {

@@ -16,18 +16,25 @@ namespace Arq::OrvoViaSwitchService::Client {
 namespace Interfaces = OrvoViaSwitch::Domain::Interfaces;
 
 OrvoViaSwitchMonitoringClientFactory::OrvoViaSwitchMonitoringClientFactory(
-    std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory)
-    : layerFactory(std::move(layerFactory)) {}
+    std::shared_ptr<Thrift::IThriftTransportProtocolLayerFactory> layerFactory,
+    std::shared_ptr<Thrift::CallInterrupter> interrupter)
+    : layerFactory(std::move(layerFactory)), interrupter(std::move(interrupter)) {}
 
 std::unique_ptr<Interfaces::IOrvoViaSwitchMonitoringClientFactory>
 OrvoViaSwitchMonitoringClientFactory::CreateSimpleClientFactory(const std::string& host,
-                                                                std::int16_t port,
+                                                                std::uint16_t port,
                                                                 std::int32_t connectionTimeout,
                                                                 std::int32_t receiveTimeout) {
   Thrift::RouteThriftDiagnosticsToLoggers();
+  auto interrupter = std::make_shared<Thrift::CallInterrupter>();
   return std::make_unique<OrvoViaSwitchMonitoringClientFactory>(
       std::make_shared<Thrift::ThriftTransportProtocolLayerFactory>(host, port, connectionTimeout,
-                                                                    receiveTimeout));
+                                                                    receiveTimeout, interrupter),
+      interrupter);
+}
+
+void OrvoViaSwitchMonitoringClientFactory::InterruptCalls() {
+  if (interrupter) interrupter->Interrupt();
 }
 
 template <typename Proxy>

@@ -246,22 +246,6 @@ TEST(MonitoringClientFactoryTest, EveryProxyClientHasAConnectionOfItsOwn) {
                                       "LLDP:GetConfig", "PTP:GetConfig"}));
 }
 
-// The port is 16-bit signed: one above 32767 wraps negative and the
-// connection fails as a system error, not as a crash.
-TEST(MonitoringClientFactoryTest, PortThatWrapsNegativeFailsOpenAsSystemError) {
-  const auto factory = OrvoViaSwitchMonitoringClientFactory::CreateSimpleClientFactory(
-      "127.0.0.1", -25536, 100, 100);
-  auto client = factory->CreateOrvoViaSwitchLLDPProxyClient();
-
-  try {
-    client->Open();
-    FAIL() << "no exception";
-  } catch (const OrvoViaSwitch::Domain::Exception::DomainException& exception) {
-    EXPECT_EQ(exception.GetErrorCode(), OrvoViaSwitch::Domain::Dto::ErrorCode::SystemError);
-    EXPECT_STREQ(exception.what(), "Specified port is invalid");
-  }
-}
-
 TEST(ThriftDiagnosticsTest, LibraryDiagnosticsNoLongerReachStandardError) {
   apache::thrift::GlobalOutput.setOutputFunction(&apache::thrift::TOutput::errorTimeWrapper);
   ::testing::internal::CaptureStderr();

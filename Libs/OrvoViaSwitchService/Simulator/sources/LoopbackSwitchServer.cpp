@@ -427,9 +427,9 @@ LoopbackSwitchServer::LoopbackSwitchServer(DataSource source, PortRange range, i
     throw std::runtime_error("loopback server: port " + std::to_string(fixedPort) + " is in use");
   }
   std::mt19937 random(std::random_device{}());
-  std::uniform_int_distribution<int> lowPorts(20000, 32767);
+  std::uniform_int_distribution<int> highPorts(32768, 65535);
   for (int attempt = 0; attempt < 50; ++attempt) {
-    if (TryStart(range == PortRange::Any ? 0 : lowPorts(random))) {
+    if (TryStart(range == PortRange::Any ? 0 : highPorts(random))) {
       return;
     }
   }

@@ -18,7 +18,8 @@ class InputParameters {
     std::int32_t redirectOutputSplitPeriod;
     std::int64_t redirectOutputFileSize;
     std::string remoteIpAddress;
-    std::int16_t remotePortNumber;
+    // 1 to 65535: the 16 bits of the command line's number, read unsigned.
+    std::uint16_t remotePortNumber;
     std::int32_t remoteConnectionTimeout;
     std::int32_t remoteReceiveTimeout;
     arq::logging::ILogger::Level logLevel;
@@ -31,10 +32,10 @@ class InputParameters {
   };
 
   InputParameters(int redirectOutputSplitPeriod, long redirectOutputFileSize,
-                  short remotePortNumber, int remoteConnectionTimeout, int remoteReceiveTimeout,
-                  std::string logLevel, MonitoringProcessorMode::Type monitoringProcessorMode,
-                  int collectMetricsPeriod, std::string dataSetupFolder,
-                  std::string optionsFilename);
+                  std::uint16_t remotePortNumber, int remoteConnectionTimeout,
+                  int remoteReceiveTimeout, std::string logLevel,
+                  MonitoringProcessorMode::Type monitoringProcessorMode, int collectMetricsPeriod,
+                  std::string dataSetupFolder, std::string optionsFilename);
 
   // Throws InvalidInputParameterException on an unknown argument.
   Parameters Parse(int argc, const char** argv) const;
@@ -49,7 +50,7 @@ class InputParameters {
  private:
   int redirectOutputSplitPeriod_;
   long redirectOutputFileSize_;
-  short remotePortNumber_;
+  std::uint16_t remotePortNumber_;
   int remoteConnectionTimeout_;
   int remoteReceiveTimeout_;
   std::string logLevel_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -12,8 +13,8 @@ namespace Arq::OrvoViaSwitchMonitoring {
 class MonitoringProcessorFactory {
  public:
   static std::shared_ptr<Monitoring::MonitoringProcessor> CreateThriftMonitoringProcessor(
-      int collectMetricsPeriod, const std::string& ipAddress, short port, int connectionTimeoutMs,
-      int receiveTimeoutMs);
+      int collectMetricsPeriod, const std::string& ipAddress, std::uint16_t port,
+      int connectionTimeoutMs, int receiveTimeoutMs);
   static std::shared_ptr<Monitoring::MonitoringProcessor> CreateFakeMonitoringProcessor(
       int collectMetricsPeriod);
 };

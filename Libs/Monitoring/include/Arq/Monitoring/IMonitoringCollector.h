@@ -10,6 +10,10 @@ class IMonitoringCollector {
  public:
   virtual ~IMonitoringCollector() = default;
   virtual void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) = 0;
+  // Called from another thread when the daemon stops: a collection under way
+  // should end as soon as it can. Nothing to do for a collector that never
+  // waits on anything.
+  virtual void Interrupt() {}
 };
 
 }  // namespace Arq::Monitoring

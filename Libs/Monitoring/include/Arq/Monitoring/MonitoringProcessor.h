@@ -26,7 +26,10 @@ class MonitoringProcessor : public Worker::StoppableWorker,
   ~MonitoringProcessor() override;
 
   void Run() override;
+  // Requests the stop and interrupts the collection under way, if any.
   void Stop() override;
+  // Stop(), then waits for the collection thread to leave.
+  void StopAndWait();
   void SetCollectMetrics(bool collectMetrics) override;
   bool IsCollectMetrics() override;
   void SetCollectMetricsPeriod(int seconds) override;

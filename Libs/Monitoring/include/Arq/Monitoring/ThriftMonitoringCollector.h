@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,6 +23,8 @@ namespace Arq::Monitoring {
 // new client with its own connection, all made before any holder is
 // written; then the metric converters store the results. A failed call
 // costs only its own data: it is logged and its step yields an empty result.
+// Interrupt() ends the call under way at once (its connection is shut down)
+// and skips the rest of the collection, publishing nothing.
 class ThriftMonitoringCollector : public IMonitoringCollector {
  public:
   explicit ThriftMonitoringCollector(
@@ -29,6 +32,7 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
           clientFactory);
 
   void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) override;
+  void Interrupt() override;
 
  private:
   // The member port names of every interface, in key order, each name once
@@ -53,6 +57,7 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
 
   std::unique_ptr<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchMonitoringClientFactory>
       clientFactory;
+  std::atomic<bool> interrupted{false};
 };
 
 }  // namespace Arq::Monitoring

@@ -47,6 +47,12 @@ CommandResult RunCommand(const std::vector<std::string>& argv,
                          const std::map<std::string, std::string>& env,
                          std::chrono::milliseconds timeout, bool mergeStderr = false);
 
+// Processor time (user + system) a running process has used so far, from
+// /proc/<pid>/stat; negative when it cannot be read.
+double CpuSeconds(pid_t pid);
+// Peak resident set (VmHWM of /proc/<pid>/status) in kB; negative when unknown.
+long PeakResidentKb(pid_t pid);
+
 // Polls `condition` every `step` until it holds or the timeout passes.
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
                std::chrono::milliseconds step = std::chrono::milliseconds(100));

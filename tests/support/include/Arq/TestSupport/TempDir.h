@@ -26,7 +26,9 @@ void WriteFile(const std::string& path, const std::string& content);
 // A port that nothing listened on at the time of the call (bound to 0, then released).
 int FreeUdpPort();
 int FreeTcpPort();
-// A free TCP port below 32768, for programs that carry ports as signed 16-bit numbers.
-int FreeShortTcpPort();
+// A free TCP port above the kernel's ephemeral range (61000..65535): above
+// 32767, and not taken by an outgoing connection while a test restarts a
+// server on it.
+int FreeHighTcpPort();
 
 }  // namespace Arq::TestSupport

@@ -19,10 +19,9 @@ namespace Arq::OrvoViaSwitchService::Simulator {
 // the destructor.
 class LoopbackSwitchServer {
  public:
-  // Any: a port the system picks (usually above 32767). SignedShort: a free
-  // port below 32768, for callers that carry the port as a 16-bit signed
-  // number, as the daemon's command line does.
-  enum class PortRange { Any, SignedShort };
+  // Any: a port the system picks. High: a free port above 32767, the half a
+  // client carrying ports as signed 16-bit numbers cannot reach.
+  enum class PortRange { Any, High };
 
   explicit LoopbackSwitchServer(ServerData data = ServerData::Sample(),
                                 PortRange range = PortRange::Any);

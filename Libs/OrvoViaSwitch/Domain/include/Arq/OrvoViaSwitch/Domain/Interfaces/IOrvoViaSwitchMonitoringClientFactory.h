@@ -22,6 +22,9 @@ class IOrvoViaSwitchMonitoringClientFactory {
   CreateOrvoViaSwitchInterfacesProxyClient() = 0;
   virtual std::unique_ptr<IOrvoViaSwitchLLDPClient> CreateOrvoViaSwitchLLDPProxyClient() = 0;
   virtual std::unique_ptr<IOrvoViaSwitchPTPClient> CreateOrvoViaSwitchPTPProxyClient() = 0;
+  // Ends the calls under way at once and makes every later one fail at once
+  // (the daemon is stopping). Safe from any thread. Nothing to do by default.
+  virtual void InterruptCalls() {}
 };
 
 }  // namespace Arq::OrvoViaSwitch::Domain::Interfaces
