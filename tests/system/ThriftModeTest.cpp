@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
 #include <regex>
 #include <thread>
 
@@ -25,7 +28,8 @@ class ThriftModeTest : public testing::Test {
  protected:
   // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
   void StartSimulator(const std::string& scenario = std::string()) {
-    std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port)};
+    std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port),
+                                     "--control-port", std::to_string(controlPort)};
     if (!scenario.empty()) {
       command.insert(command.end(),
                      {"--scenario", std::string(ARQ_SOURCE_DIR) + "/etc/simulator/" + scenario});
@@ -44,15 +48,21 @@ class ThriftModeTest : public testing::Test {
     simulator->WaitExit(10s);
     simulator.reset();
   }
-  void StartDaemon() {
-    setup.StartDaemon({"monitoring_processor_mode:Thrift", "remote_ip_address:127.0.0.1",
-                       "remote_port_number:" + std::to_string(port),
-                       "remote_ms_connection_timeout:500", "remote_ms_receive_timeout:2000",
-                       "collect_metrics_period:1", "log_level:Warning"});
+  void StartDaemon(const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments{"monitoring_processor_mode:Thrift",
+                                       "remote_ip_address:127.0.0.1",
+                                       "remote_port_number:" + std::to_string(port),
+                                       "remote_ms_connection_timeout:500",
+                                       "remote_ms_receive_timeout:2000",
+                                       "collect_metrics_period:1",
+                                       "log_level:Warning"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    setup.StartDaemon(arguments);
   }
 
   DaemonSetup setup;
   int port = Arq::TestSupport::FreeShortTcpPort();
+  int controlPort = Arq::TestSupport::FreeTcpPort();
   std::unique_ptr<ChildProcess> simulator;
 };
 
@@ -172,6 +182,49 @@ TEST_F(ThriftModeTest, OptionsFileStopsAndResumesTheCalls) {
   EXPECT_EQ(setup.Get("1.2.1.10.0"), paused);
   setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":true}})");
   EXPECT_TRUE(WaitUntil([&] { return setup.Get("1.2.1.10.0") != paused; }, 10s));
+}
+
+// A failing switch makes the SNMP library log every cycle; with a small size
+// limit the redirected output is split again and again. The library's log
+// must follow each split: no descriptor left on the backup or on a deleted
+// file, and both files near the limit.
+TEST_F(ThriftModeTest, SnmpLogFollowsEverySplitOfTheRedirectedOutput) {
+  constexpr long kLimit = 2000;
+  // What one split period (1 s) adds beyond the limit: a cycle or two of logs.
+  constexpr long kPeriodOutput = 4000;
+  StartSimulator();
+  ASSERT_EQ(Arq::TestSupport::SendLine(controlPort, "fault 3 switch is broken"), "ok");
+  const std::string file = setup.Dir().File("out.log");
+  StartDaemon({"redirect_output:" + file, "redirect_output_split_period:1",
+               "redirect_output_file_size:" + std::to_string(kLimit)});
+  // A split gives the path a new inode (the file system may reuse an old number).
+  ino_t current = 0;
+  int splits = -1;
+  ASSERT_TRUE(WaitUntil(
+      [&] {
+        struct stat status {};
+        if (stat(file.c_str(), &status) == 0 && status.st_ino != current) {
+          current = status.st_ino;
+          ++splits;
+        }
+        return splits >= 3;
+      },
+      15s, 50ms))
+      << splits;
+  // The library's own lines reach the newest file.
+  EXPECT_TRUE(WaitUntil([&] { return ReadFile(file).find("Error: ") != std::string::npos; }, 5s))
+      << ReadFile(file);
+  const std::string fds = "/proc/" + std::to_string(setup.Daemon().Pid()) + "/fd";
+  for (const auto& entry : std::filesystem::directory_iterator(fds)) {
+    std::error_code error;
+    const std::string target = std::filesystem::read_symlink(entry.path(), error).string();
+    EXPECT_EQ(target.find("(deleted)"), std::string::npos) << target;
+    EXPECT_EQ(target.find(".bak"), std::string::npos) << target;
+  }
+  const auto backup = static_cast<long>(std::filesystem::file_size(file + ".bak"));
+  EXPECT_GT(backup, kLimit);
+  EXPECT_LT(backup, kLimit + kPeriodOutput);
+  EXPECT_LT(static_cast<long>(std::filesystem::file_size(file)), kLimit + kPeriodOutput);
 }
 
 }  // namespace
