@@ -26,6 +26,18 @@ std::vector<std::string> FakeArguments(const std::string& level = "log_level:War
   return {"monitoring_processor_mode:Fake", "collect_metrics_period:1", level};
 }
 
+// Stops the daemon with `signal` and expects status 0 within `timeout`, with
+// the end line as the last line of standard output.
+void ExpectOrderlyStop(DaemonSetup& setup, int signal, std::chrono::milliseconds timeout) {
+  const auto status = setup.StopDaemon(signal, timeout);
+  ASSERT_TRUE(status);
+  ASSERT_TRUE(WIFEXITED(*status));
+  EXPECT_EQ(WEXITSTATUS(*status), 0);
+  const auto lines = setup.StdoutLines();
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), kEndLine);
+}
+
 TEST(FakeModeTest, DataReachesEveryTableWithinTwoPeriods) {
   DaemonSetup setup;
   setup.StartDaemon(FakeArguments());
@@ -58,13 +70,7 @@ TEST(FakeModeTest, SigtermSigintAndSighupEndWithStatusZeroAndTheEndLineLast) {
     DaemonSetup setup;
     setup.StartDaemon(FakeArguments());
     ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s));
-    const auto status = setup.StopDaemon(signal, 10s);
-    ASSERT_TRUE(status);
-    ASSERT_TRUE(WIFEXITED(*status));
-    EXPECT_EQ(WEXITSTATUS(*status), 0);
-    const auto lines = setup.StdoutLines();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), kEndLine);
+    ExpectOrderlyStop(setup, signal, 10s);
     EXPECT_THAT(setup.Stderr(), testing::HasSubstr("orvovia-snmpd is shutdowning.\n"));
     EXPECT_THAT(setup.Stderr(), testing::HasSubstr("MonitoringProcessor Closed\n"));
   }
@@ -193,9 +199,7 @@ TEST(FakeModeTest, UnusableRedirectPathKeepsStandardOutput) {
                        "redirect_output_split_period:1", "redirect_output_file_size:100"});
     ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s)) << setup.Stderr();
     std::this_thread::sleep_for(1100ms);  // a split period passes
-    const auto status = setup.StopDaemon(SIGTERM, 5s);
-    ASSERT_TRUE(status && WIFEXITED(*status));
-    EXPECT_EQ(WEXITSTATUS(*status), 0);
+    ExpectOrderlyStop(setup, SIGTERM, 5s);
     const std::string message =
         "Cannot redirect standard output to '" + path + "': " + c.reason + "\n";
     const std::string errors = setup.Stderr();
@@ -204,9 +208,6 @@ TEST(FakeModeTest, UnusableRedirectPathKeepsStandardOutput) {
     // The SNMP library's log stays on standard error, as without a redirection.
     EXPECT_THAT(errors, testing::HasSubstr("orvovia-snmpd is shutdowning.\n"));
     EXPECT_THAT(setup.Stdout(), testing::HasSubstr("* OrvoViaSwitchMonitoring started, argc: 10"));
-    const auto lines = setup.StdoutLines();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), kEndLine);
   }
 }
 
@@ -262,13 +263,7 @@ TEST(FakeModeTest, OptionsWatcherSurvivesFolderLossFifoAndOversizedFile) {
         return text.find(vanished) != text.rfind(vanished);
       },
       5s));
-  const auto status = setup.StopDaemon(SIGTERM, 2s);
-  ASSERT_TRUE(status);
-  ASSERT_TRUE(WIFEXITED(*status));
-  EXPECT_EQ(WEXITSTATUS(*status), 0);
-  const auto lines = setup.StdoutLines();
-  ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back(), kEndLine);
+  ExpectOrderlyStop(setup, SIGTERM, 2s);
 }
 
 }  // namespace
