@@ -4,11 +4,13 @@
 #include <netinet/in.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -28,19 +30,6 @@ using Arq::TestSupport::ChildProcess;
 using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::WaitUntil;
 using namespace std::chrono_literals;
-
-int ConnectLoopback(int port) {
-  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-    close(fd);
-    return -1;
-  }
-  return fd;
-}
 
 std::string BigEndian32(std::uint32_t value) {
   return {static_cast<char>(value >> 24), static_cast<char>(value >> 16),
@@ -104,7 +93,8 @@ class ThriftModeTest : public testing::Test {
  protected:
   // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
   void StartSimulator(const std::string& scenario = std::string()) {
-    std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port)};
+    std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port),
+                                     "--control-port", std::to_string(controlPort)};
     if (!scenario.empty()) {
       command.insert(command.end(),
                      {"--scenario", std::string(ARQ_SOURCE_DIR) + "/etc/simulator/" + scenario});
@@ -137,24 +127,12 @@ class ThriftModeTest : public testing::Test {
   }
   // One line to the simulator's control port; its one-line answer.
   std::string Control(const std::string& line) {
-    const std::string out = ReadFile(setup.Dir().File("simulator.out"));
-    const int fd = ConnectLoopback(std::atoi(out.c_str() + out.find(" control ") + 9));
-    if (fd < 0) return "no control port";
-    const std::string request = line + "\n";
-    std::string answer;
-    char buffer[64];
-    ssize_t n = 0;
-    if (write(fd, request.data(), request.size()) == static_cast<ssize_t>(request.size())) {
-      while (answer.find('\n') == std::string::npos && (n = read(fd, buffer, sizeof buffer)) > 0) {
-        answer.append(buffer, static_cast<std::size_t>(n));
-      }
-    }
-    close(fd);
-    return answer.substr(0, answer.find('\n'));
+    return Arq::TestSupport::SendLine(controlPort, line);
   }
 
   DaemonSetup setup;
   int port = Arq::TestSupport::FreeHighTcpPort();
+  int controlPort = Arq::TestSupport::FreeTcpPort();
   std::unique_ptr<ChildProcess> simulator;
 };
 
@@ -369,6 +347,49 @@ TEST_F(ThriftModeTest, StopDuringAHungCallEndsWithinTwoSeconds) {
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back(), "--- The End With Exit Code: (0) ---");
   }
+}
+
+// A failing switch makes the SNMP library log every cycle; with a small size
+// limit the redirected output is split again and again. The library's log
+// must follow each split: no descriptor left on the backup or on a deleted
+// file, and both files near the limit.
+TEST_F(ThriftModeTest, SnmpLogFollowsEverySplitOfTheRedirectedOutput) {
+  constexpr long kLimit = 2000;
+  // What one split period (1 s) adds beyond the limit: a cycle or two of logs.
+  constexpr long kPeriodOutput = 4000;
+  StartSimulator();
+  ASSERT_EQ(Arq::TestSupport::SendLine(controlPort, "fault 3 switch is broken"), "ok");
+  const std::string file = setup.Dir().File("out.log");
+  StartDaemon({"redirect_output:" + file, "redirect_output_split_period:1",
+               "redirect_output_file_size:" + std::to_string(kLimit)});
+  // A split gives the path a new inode (the file system may reuse an old number).
+  ino_t current = 0;
+  int splits = -1;
+  ASSERT_TRUE(WaitUntil(
+      [&] {
+        struct stat status {};
+        if (stat(file.c_str(), &status) == 0 && status.st_ino != current) {
+          current = status.st_ino;
+          ++splits;
+        }
+        return splits >= 3;
+      },
+      15s, 50ms))
+      << splits;
+  // The library's own lines reach the newest file.
+  EXPECT_TRUE(WaitUntil([&] { return ReadFile(file).find("Error: ") != std::string::npos; }, 5s))
+      << ReadFile(file);
+  const std::string fds = "/proc/" + std::to_string(setup.Daemon().Pid()) + "/fd";
+  for (const auto& entry : std::filesystem::directory_iterator(fds)) {
+    std::error_code error;
+    const std::string target = std::filesystem::read_symlink(entry.path(), error).string();
+    EXPECT_EQ(target.find("(deleted)"), std::string::npos) << target;
+    EXPECT_EQ(target.find(".bak"), std::string::npos) << target;
+  }
+  const auto backup = static_cast<long>(std::filesystem::file_size(file + ".bak"));
+  EXPECT_GT(backup, kLimit);
+  EXPECT_LT(backup, kLimit + kPeriodOutput);
+  EXPECT_LT(static_cast<long>(std::filesystem::file_size(file)), kLimit + kPeriodOutput);
 }
 
 }  // namespace

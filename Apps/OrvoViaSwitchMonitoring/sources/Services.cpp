@@ -11,7 +11,11 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   auto updater = std::make_shared<DynamicParametersUpdater>(processor);
   optionsWorker = DynamicParameters::DynamicParametersWorkerFactory::CreateWorkerAndRun(
       updater, parameters.dataSetupFolder, parameters.optionsFilename);
-  auto agent = std::make_unique<Snmp::SnmpSubAgent>(parameters.redirectOutput);
+  // When the output could not be redirected it stayed where it was, and the
+  // SNMP library's log stays on standard error as without a redirection.
+  const std::string& output = parameters.redirectOutput;
+  auto agent = std::make_unique<Snmp::SnmpSubAgent>(
+      Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "");
   agent->Run();
   agent.reset();
   // The collection thread is done before the end line, whatever the switch

@@ -68,19 +68,7 @@ class SimulatorTest : public testing::Test {
   }
 
   std::string Control(const std::string& command) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(controlPort));
-    if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return "connect";
-    const std::string line = command + "\n";
-    (void)!write(fd, line.data(), line.size());
-    std::string reply;
-    char c;
-    while (read(fd, &c, 1) == 1 && c != '\n') reply += c;
-    close(fd);
-    return reply;
+    return Arq::TestSupport::SendLine(controlPort, command);
   }
 
   TempDir dir;

@@ -81,6 +81,11 @@ TEST(DynamicParametersWorkerTest, MissingFolderGivesNoWorkerAndDestructionWakesT
   EXPECT_TRUE(updater->Documents().empty());
 }
 
+// A valid document of exactly `size` bytes.
+std::string Padded(long size) {
+  return "{\"pad\":\"" + std::string(static_cast<std::size_t>(size) - 10, 'x') + "\"}";
+}
+
 TEST(DynamicParametersSerializerTest, ReadsValidDocumentsOnlyAndWritesThemBack) {
   TempDir dir;
   const std::string path = dir.File("o.json");
@@ -98,7 +103,9 @@ TEST(DynamicParametersSerializerTest, ReadsValidDocumentsOnlyAndWritesThemBack) 
       {"nested beyond the reader's limit", std::string(5000, '[') + std::string(5000, ']'), false},
       {"binary", std::string("\x00\xff\x13\x37garbage", 11), false},
       {"valid", R"({"SwitchMonitoringControl":{"DebugLevel":"Debug"}})", true},
-      {"large", "{\"pad\":\"" + std::string(10 * 1024 * 1024, 'x') + "\"}", true},
+      {"exactly at the size bound", Padded(DynamicParametersSerializer::kMaxFileSize), true},
+      {"one byte over the size bound", Padded(DynamicParametersSerializer::kMaxFileSize + 1),
+       false},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

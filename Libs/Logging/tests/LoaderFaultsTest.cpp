@@ -61,6 +61,10 @@ TEST(LoaderFaultsTest, WronglyTypedConfigurationsNeverCrash) {
       {"members of the wrong types",
        R"({"loggers": [{"name": 5, "libraryPath": 7, "libraryEntryPoint": true}]})", false,
        noMaker},
+      {"entry point defined only outside the plug-in",
+       Configuration({PluginEntry("stream", R"(,"libraryEntryPoint":"getpid")")}), false,
+       "Error Instantiate Factory From Library: " + std::string(ARQ_STREAM_LOGGER_PATH) +
+           " Error: Symbol Not Defined By The Library: getpid\n"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

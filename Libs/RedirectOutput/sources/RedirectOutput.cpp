@@ -1,8 +1,11 @@
 #include "Arq/RedirectOutput/RedirectOutput.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <ctime>
 
 namespace Arq::RedirectOutput {
@@ -19,8 +22,32 @@ RedirectOutput::RedirectOutput(const char* path, FILE* stream)
 void RedirectOutput::Redirect(const char* path, const char* mode, FILE* stream) {
   const std::string time = BannerProvider::UtcAscTime();
   stream_ = stream;
-  open_ = stream != nullptr && std::freopen(path, mode, stream) != nullptr;
-  if (!open_) return;
+  if (stream == nullptr) return;
+  const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | (mode[0] == 'w' ? O_TRUNC : O_APPEND);
+  const int fd = open(path, flags, 0644);
+  // A zero-length write fails where every write would (/dev/full) and costs
+  // nothing elsewhere.
+  const bool usable = fd >= 0 && write(fd, "", 0) == 0;
+  const int error = errno;
+  if (!usable) {
+    if (fd >= 0) close(fd);
+    // The stream stays where it was: a reopen that failed must not take
+    // standard output (and every line after it) away.
+    if (!failureReported_) {
+      std::fprintf(stderr, "Cannot redirect standard output to '%s': %s\n", path,
+                   std::strerror(error));
+      failureReported_ = true;
+    }
+    return;
+  }
+  std::fflush(stream);
+  const int target = fileno(stream);
+  const bool moved = target >= 0 && dup2(fd, target) >= 0;
+  close(fd);
+  if (!moved) return;
+  failureReported_ = false;
+  open_ = true;
+  std::clearerr(stream);
   std::setbuf(stream_, nullptr);
   if (writeBanners_) {
     WriteBanner("----------------------------------- " + time +

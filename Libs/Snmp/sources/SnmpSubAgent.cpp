@@ -1,5 +1,8 @@
 #include "Arq/Snmp/SnmpSubAgent.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <csignal>
 
 #include "Mechanism.h"
@@ -24,7 +27,12 @@ SnmpSubAgent::SnmpSubAgent(const std::string& logFileName)
     : logFileName(logFileName), agentxSubagent(1), useSyslog(0) {}
 
 void SnmpSubAgent::Run() {
-  if (!logFileName.empty()) {
+  if (!logFileName.empty() && IsStandardOutputOn(logFileName)) {
+    // A handle of the library's own on the path would stay on the old file
+    // after a split (then on a deleted one): the one descriptor of standard
+    // output is moved to the new file at each split, so the log follows it.
+    netsnmp_register_loghandler(NETSNMP_LOGHANDLER_STDOUT, LOG_DEBUG);
+  } else if (!logFileName.empty()) {
     snmp_enable_filelog(logFileName.c_str(), 1);
   } else if (useSyslog != 0) {
     snmp_enable_syslog();
@@ -84,6 +92,9 @@ void SnmpSubAgent::Run() {
   signal(SIGINT, stop_server);
   // SIGKILL cannot be caught: this call fails, harmlessly, and is ignored.
   signal(SIGKILL, stop_server);
+  // The daemon has nothing to reload: a hang-up (its terminal or session
+  // gone) is an orderly stop like SIGTERM, with the end line.
+  signal(SIGHUP, stop_server);
   snmp_log(LOG_INFO, "orvovia-snmpd is up and running.\n");
 
   while (keep_running != 0) agent_check_and_process(1);
@@ -97,6 +108,13 @@ void SnmpSubAgent::Run() {
   shutdown_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
   snmp_log(LOG_INFO, "orvovia-snmpd is shutdowning.\n");
   snmp_shutdown(kApplicationName);
+}
+
+bool SnmpSubAgent::IsStandardOutputOn(const std::string& path) {
+  struct stat file {};
+  struct stat output {};
+  return stat(path.c_str(), &file) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
+         file.st_dev == output.st_dev && file.st_ino == output.st_ino;
 }
 
 }  // namespace Arq::Snmp

@@ -1,7 +1,10 @@
 #include "Arq/TestSupport/Process.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -176,6 +179,29 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
     if (std::chrono::steady_clock::now() >= deadline) return false;
     std::this_thread::sleep_for(step);
   }
+}
+
+std::string SendLine(int port, const std::string& line) {
+  const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return "socket";
+  const timeval fiveSeconds{5, 0};
+  setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &fiveSeconds, sizeof fiveSeconds);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<uint16_t>(port));
+  std::string reply;
+  if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+    reply = "connect";
+  } else if (write(fd, (line + "\n").data(), line.size() + 1) !=
+             static_cast<ssize_t>(line.size() + 1)) {
+    reply = "write";
+  } else {
+    char c = 0;
+    while (read(fd, &c, 1) == 1 && c != '\n') reply += c;
+  }
+  close(fd);
+  return reply;
 }
 
 }  // namespace Arq::TestSupport

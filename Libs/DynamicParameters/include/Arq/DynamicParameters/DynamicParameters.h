@@ -1,6 +1,9 @@
 #pragma once
 
 #include <json/value.h>
+#include <sys/inotify.h>
+
+#include <cstdint>
 
 #include <memory>
 #include <string>
@@ -26,7 +29,17 @@ class DynamicParametersSerializer : public IDynamicParametersSerializer {
   bool Read(Json::Value& value) override;
   void Write(const Json::Value& value) override;
 
+  // Only a regular file up to this size is read. The three options take about
+  // a hundred bytes; 64 KiB leaves room for indentation, comments and members
+  // of other tools, and keeps a wrong file (a log, an image) from being read
+  // whole into memory.
+  static constexpr long kMaxFileSize = 64 * 1024;
+
  private:
+  // The file's text, or false (one line logged) when it is missing, not a
+  // regular file (a FIFO must never block the reader) or over the bound.
+  bool ReadBounded(std::string& content);
+
   std::string path_;
   std::shared_ptr<arq::logging::ILogger> logger_;
 };
@@ -53,20 +66,31 @@ class DynamicParameters {
 
 // Watches the options file's folder with inotify and calls Update() each
 // time the file itself is closed after writing. There is no initial read.
+// When the folder vanishes (deleted or moved away) this is logged once, the
+// folder is looked for again every half second, and once it is back it is
+// watched again and the file applied.
 class DynamicParametersWorker : public Worker::StoppableWorker {
  public:
+  static constexpr std::uint32_t kWatchMask = IN_CLOSE_WRITE | IN_DELETE_SELF | IN_MOVE_SELF;
+  static constexpr int kRewatchMilliseconds = 500;
+
   DynamicParametersWorker(std::shared_ptr<DynamicParameters> parameters, int inotifyFd, int watchFd,
-                          std::string fileName);
-  // Stops, removes the watch (which wakes the blocked read), closes, joins.
+                          std::string folder, std::string fileName);
+  // Stops, wakes the thread through its stop event, joins, closes: prompt
+  // whatever the thread is waiting for.
   ~DynamicParametersWorker() override;
   void Run() override;
 
  private:
   void Loop();
+  void FolderLost();
+  void Rewatch();
 
   std::shared_ptr<DynamicParameters> parameters_;
   int inotifyFd_;
   int watchFd_;
+  int stopFd_;
+  std::string folder_;
   std::string fileName_;
   std::thread thread_;
   std::shared_ptr<arq::logging::ILogger> logger_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <dlfcn.h>
+#include <link.h>
 
 #include <string>
 
@@ -53,10 +54,28 @@ class LibraryLoader {
       throw LibraryLoaderException("Error Instantiate Factory From Library: " + path_ +
                                    " Error: Undefined Symbol: " + entryPoint);
     }
+    // dlsym on a handle also searches the library's dependencies: a name the
+    // plug-in does not define (getpid) would be found in the C library and
+    // called as a maker.
+    if (!DefinedByLibrary(symbol)) {
+      throw LibraryLoaderException("Error Instantiate Factory From Library: " + path_ +
+                                   " Error: Symbol Not Defined By The Library: " + entryPoint);
+    }
     return reinterpret_cast<Maker>(symbol)();
   }
 
  private:
+  bool DefinedByLibrary(void* symbol) const {
+    link_map* library = nullptr;
+    if (dlinfo(handle_, RTLD_DI_LINKMAP, &library) != 0) return false;
+    Dl_info info{};
+    link_map* owner = nullptr;
+    if (dladdr1(symbol, &info, reinterpret_cast<void**>(&owner), RTLD_DL_LINKMAP) == 0) {
+      return false;
+    }
+    return owner == library;
+  }
+
   std::string path_;
   void* handle_ = nullptr;
   std::string error_;

@@ -32,12 +32,15 @@ class RedirectOutput {
  private:
   std::string path_;
   std::string backupPath_;
-  // The stream object stays the same across reopenings; after a failed
-  // reopen it is closed (open_ false) and only a forced split retries it.
+  // The stream and its descriptor stay the same across reopenings: the file
+  // is put under the descriptor (dup2). A reopen that fails leaves the stream
+  // where it was, says so once on standard error, and is retried at the next
+  // split; open_ tells whether the stream ever reached the file.
   FILE* stream_ = nullptr;
   Providers providers_;
   bool writeBanners_ = false;
   bool open_ = false;
+  bool failureReported_ = false;
 };
 
 // Checks the file size every splitPeriod seconds on its own thread; a stop

@@ -6,15 +6,20 @@ namespace Arq::Snmp {
 
 // Turns the process into an AgentX sub-agent ("orvovia-snmpd") serving the
 // private MIB from the process-wide monitoring values. Run() owns the calling
-// thread until SIGTERM or SIGINT. The master's AgentX socket comes from the
+// thread until SIGTERM, SIGINT or SIGHUP. The master's AgentX socket comes from the
 // library's configuration file "orvovia-snmpd.conf" (found through
 // SNMPCONFPATH), not from the program.
 class SnmpSubAgent {
  public:
   // `logFileName`: file the SNMP library appends its log to; empty for
-  // standard error.
+  // standard error. When standard output already is that file (the daemon's
+  // redirected output), the log is written through standard output instead,
+  // so that it follows every split of the file.
   explicit SnmpSubAgent(const std::string& logFileName);
   void Run();
+
+  // True when standard output's descriptor is the file at `path`.
+  static bool IsStandardOutputOn(const std::string& path);
 
  private:
   std::string logFileName;

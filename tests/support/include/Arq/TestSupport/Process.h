@@ -57,4 +57,8 @@ long PeakResidentKb(pid_t pid);
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
                std::chrono::milliseconds step = std::chrono::milliseconds(100));
 
+// Sends one line to a TCP port on 127.0.0.1 and returns the reply line (read
+// for at most 5 s), or "connect"/"write" when that failed.
+std::string SendLine(int port, const std::string& line);
+
 }  // namespace Arq::TestSupport
