@@ -71,6 +71,7 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
   init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
   init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+  init_ifMib();
 
   if (agentxSubagent == 0) {
     init_vacm();
