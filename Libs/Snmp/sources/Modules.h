@@ -154,5 +154,6 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 // The standard views of the same values: IF-MIB (ifNumber, ifTable, ifXTable,
 // ifStackTable) and LLDP-MIB.
 void init_ifMib();
+void init_lldpMib();
 
 }  // namespace Arq::Snmp

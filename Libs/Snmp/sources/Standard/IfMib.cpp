@@ -1,25 +1,27 @@
-#include <memory>
-
 #include "../Modules.h"
 #include "InterfaceRows.h"
+
+namespace Arq::Snmp::Standard {
+
+// Where the fallback ifIndex values live: Net-SNMP's persistent directory
+// (/var/lib/snmp, or persistentDir / SNMP_PERSISTENT_DIR), the place an agent
+// keeps what must survive restarts.
+InterfaceIndex& SharedIndexes() {
+  static InterfaceIndex indexes(std::string(get_persistent_directory()) + "/orvovia-ifindex.conf");
+  return indexes;
+}
+
+InterfaceRows& SharedRows() {
+  static InterfaceRows rows(Monitoring::MonitoringProcessor::monitoringValues, SharedIndexes());
+  return rows;
+}
+
+}  // namespace Arq::Snmp::Standard
 
 namespace Arq::Snmp {
 namespace {
 
 using namespace Standard;
-
-// Where the fallback ifIndex values live: Net-SNMP's persistent directory
-// (/var/lib/snmp, or persistentDir / SNMP_PERSISTENT_DIR), the place an agent
-// keeps what must survive restarts; read once the configuration is loaded.
-InterfaceRows& SharedRows() {
-  static std::unique_ptr<InterfaceRows> rows;
-  if (!rows) {
-    rows = std::make_unique<InterfaceRows>(
-        Monitoring::MonitoringProcessor::monitoringValues,
-        std::string(get_persistent_directory()) + "/orvovia-ifindex.conf");
-  }
-  return *rows;
-}
 
 // Counters of the switch (EthCnt order) behind the IF-MIB counters.
 enum Counter : std::size_t {

@@ -52,9 +52,9 @@ std::uint64_t TicksAt(std::chrono::steady_clock::time_point when) {
 
 }  // namespace
 
-InterfaceRows::InterfaceRows(Values& values, std::string indexFile)
+InterfaceRows::InterfaceRows(Values& values, InterfaceIndex& indexes)
     : values(values),
-      indexes(std::move(indexFile)),
+      indexes(indexes),
       sources(values.ethernetInterfaceMetrics.size() + values.pRSInterfaceMetrics.size() +
               values.lAGInterfaceMetrics.size()) {}
 

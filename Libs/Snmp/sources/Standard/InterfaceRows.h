@@ -45,7 +45,7 @@ class InterfaceRows {
  public:
   using Values = OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
 
-  InterfaceRows(Values& values, std::string indexFile);
+  InterfaceRows(Values& values, InterfaceIndex& indexes);
 
   void Refresh();
   const std::vector<const InterfaceRow*>& Rows() const { return sorted; }
@@ -88,11 +88,17 @@ class InterfaceRows {
   void Sort();
 
   Values& values;
-  InterfaceIndex indexes;
+  InterfaceIndex& indexes;
   std::vector<Source> sources;  // Ethernet, then PRS, then LAG slots
   std::map<long, History> history;
   std::vector<const InterfaceRow*> sorted;
   std::vector<std::vector<oid>> stack;
 };
+
+// The one ifIndex map and interface row set of the process, shared by the
+// IF-MIB and LLDP-MIB modules; created at first use, once the agent's
+// configuration (its persistent directory) is read.
+InterfaceIndex& SharedIndexes();
+InterfaceRows& SharedRows();
 
 }  // namespace Arq::Snmp::Standard

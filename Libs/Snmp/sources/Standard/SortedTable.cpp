@@ -105,19 +105,42 @@ int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
 
 }  // namespace
 
-netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
-                                                  unsigned firstColumn, unsigned lastColumn,
-                                                  ISortedTable* table) {
+namespace {
+
+netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
+                                       std::vector<oid> root, unsigned firstColumn,
+                                       unsigned lastColumn, bool range, ISortedTable* table) {
   // Lives as long as the registration: the process.
-  auto* registered = new Registered{table, tableId, firstColumn, lastColumn};
-  registered->entry.push_back(1);
+  auto* registered = new Registered{table, std::move(entry), firstColumn, lastColumn};
   netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
-      name, Handle, tableId.data(), tableId.size(), HANDLER_CAN_RONLY);
+      name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
   registration->handler->myvoid = registered;
   registration->priority = kStandardViewPriority;
+  if (range) {
+    registration->range_subid = static_cast<int>(root.size());
+    registration->range_ubound = lastColumn;
+  }
   netsnmp_register_handler(registration);
   snmp_log(LOG_INFO, "%s Done initializing.\n", name);
   return registration;
+}
+
+}  // namespace
+
+netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
+                                                  unsigned firstColumn, unsigned lastColumn,
+                                                  ISortedTable* table) {
+  std::vector<oid> entry = tableId;
+  entry.push_back(1);
+  return Register(name, entry, tableId, firstColumn, lastColumn, false, table);
+}
+
+netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+                                                  unsigned firstArc, unsigned lastArc,
+                                                  ISortedTable* table) {
+  std::vector<oid> root = group;
+  root.push_back(firstArc);
+  return Register(name, group, root, firstArc, lastArc, true, table);
 }
 
 void SetInteger(netsnmp_variable_list* var, long value) {

@@ -41,6 +41,13 @@ netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::v
                                                   unsigned firstColumn, unsigned lastColumn,
                                                   ISortedTable* table);
 
+// Registers the arcs `firstArc` to `lastArc` of `group` as the columns of
+// `table` (a group of scalars is a table of one row indexed {0}), leaving the
+// group's other arcs to other registrations.
+netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+                                                  unsigned firstArc, unsigned lastArc,
+                                                  ISortedTable* table);
+
 // Value setters for the syntaxes of the standard tables.
 void SetInteger(netsnmp_variable_list* var, long value);
 void SetUnsigned(netsnmp_variable_list* var, u_char type,
