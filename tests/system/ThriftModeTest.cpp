@@ -337,6 +337,71 @@ TEST_F(ThriftModeTest, FallbackIfIndexesSurviveRestartsAndChanges) {
   }
 }
 
+// LLDP-MIB by numeric identifiers (no package carries its text): every
+// neighbour of the full-capacity switch decoded, and the inconsistent
+// switch's neighbours without the columns of their broken TLVs.
+TEST_F(ThriftModeTest, LldpMibShowsNeighboursDecodedWithoutBrokenColumns) {
+  const std::string remTable = "1.0.8802.1.1.2.1.4.1.1";
+  const std::string manAddrTable = "1.0.8802.1.1.2.1.4.2.1";
+  using Map = std::map<std::string, std::string>;
+  auto walk = [&](const std::string& table) {
+    Map cells;
+    for (const auto& [oid, value] : setup.Master().Walk(table)) {
+      if (oid.size() > table.size()) cells[oid.substr(table.size() + 1)] = value;
+    }
+    return cells;
+  };
+  Map full, fullManagement;
+  for (int n = 1; n <= 60; ++n) {
+    const std::string local = n <= 48 ? "1/" + std::to_string(n) : "2/" + std::to_string(n - 48);
+    const std::string row =
+        ".0." + std::to_string(n <= 48 ? 1000 + n : 2000 + n - 48) + "." + std::to_string(n);
+    char text[64];
+    full["4" + row] = "INTEGER: 4";  // macAddress
+    std::snprintf(text, sizeof text, "Hex-STRING: 00 1B 21 00 %02X %02X ", n / 256, n % 256);
+    full["5" + row] = text;
+    full["6" + row] = "INTEGER: 5";  // interfaceName
+    full["7" + row] = "STRING: \"Ethernet1/" + std::to_string(n) + "\"";
+    full["8" + row] = "STRING: \"to orvo-sim-full " + local + "\"";
+    std::snprintf(text, sizeof text, "STRING: \"peer-%02d\"", n);
+    full["9" + row] = text;
+    std::snprintf(text, sizeof text, "STRING: \"PeerSwitch; SN-%04d; 1.0.%d\"", n, n);
+    full["10" + row] = text;
+    full["11" + row] = "STRING: \"(\"";  // bridge and router: 0x28
+    full["12" + row] = "STRING: \" \"";  // bridge: 0x20
+    const std::string address = row + ".1.4.198.51.100." + std::to_string(n);
+    fullManagement["3" + address] = "INTEGER: 2";  // ifIndex numbering
+    fullManagement["4" + address] = "INTEGER: 0";
+    fullManagement["5" + address] = "OID: .0.0";
+  }
+  const Map inconsistent{{"9.0.1001.1", "\"\""},  // truncated chassis id, empty name
+                         {"4.0.9099.2", "INTEGER: 6"},
+                         {"5.0.9099.2", "STRING: \"mgmt0\""},
+                         {"6.0.9099.2", "INTEGER: 7"},
+                         {"7.0.9099.2", "STRING: \"port-7\""},
+                         {"9.0.9099.2", "STRING: \"not-on-this-switch\""}};
+  struct Case {
+    std::string scenario;
+    Map neighbours, management;
+  };
+  for (const auto& c : {Case{"full-capacity.json", full, fullManagement},
+                        Case{"inconsistent.json", inconsistent, {}}}) {
+    SCOPED_TRACE(c.scenario);
+    if (simulator) {
+      StopSimulator();
+      setup.StopDaemon(SIGTERM, 10s);
+    }
+    StartSimulator(c.scenario);
+    StartDaemon();
+    EXPECT_TRUE(WaitUntil([&] { return walk(remTable).size() == c.neighbours.size(); }, 15s));
+    EXPECT_EQ(walk(remTable), c.neighbours);
+    EXPECT_EQ(walk(manAddrTable), c.management);
+  }
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.7.1.3.1001"), "STRING: \"1/1\"");
+}
+
 }  // namespace
 
 #endif
