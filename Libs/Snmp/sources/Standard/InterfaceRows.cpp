@@ -212,6 +212,7 @@ void InterfaceRows::Track(InterfaceRow& row, Clock::time_point changed) {
 }
 
 void InterfaceRows::Sort() {
+  ++generation;
   sorted.clear();
   std::vector<std::pair<long, long>> layers;
   for (const auto& source : sources) {

@@ -52,6 +52,8 @@ class InterfaceRows {
   // (higher, lower) ifIndex pairs in order, including the (0, x) and (x, 0)
   // pairs of interfaces with nothing above or below them.
   const std::vector<std::vector<oid>>& Stack() const { return stack; }
+  // Moves each time the rows are rebuilt, for views derived from them.
+  std::uint64_t Generation() const { return generation; }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -93,6 +95,7 @@ class InterfaceRows {
   std::map<long, History> history;
   std::vector<const InterfaceRow*> sorted;
   std::vector<std::vector<oid>> stack;
+  std::uint64_t generation = 0;
 };
 
 // The one ifIndex map and interface row set of the process, shared by the

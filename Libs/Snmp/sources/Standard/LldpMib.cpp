@@ -257,6 +257,8 @@ class LocalPortTable : public ISortedTable {
  public:
   void Refresh() override {
     SharedRows().Refresh();
+    if (SharedRows().Generation() == generation) return;
+    generation = SharedRows().Generation();
     ports.clear();
     for (const auto* row : SharedRows().Rows()) {
       if (row->type == kEthernetCsmacd) ports.push_back(row);
@@ -273,6 +275,7 @@ class LocalPortTable : public ISortedTable {
   }
 
  private:
+  std::uint64_t generation = 0;
   std::vector<const InterfaceRow*> ports;
 };
 
