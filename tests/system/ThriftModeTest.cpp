@@ -380,12 +380,26 @@ TEST_F(ThriftModeTest, LldpMibShowsNeighboursDecodedWithoutBrokenColumns) {
                          {"6.0.9099.2", "INTEGER: 7"},
                          {"7.0.9099.2", "STRING: \"port-7\""},
                          {"9.0.9099.2", "STRING: \"not-on-this-switch\""}};
+  // Raw TLVs: capabilities beyond the first octet, an IPv6 management address
+  // with its interface number and OID (1.3.6.1).
+  const std::string raw = setup.Dir().File("raw-lldp.json");
+  WriteFile(raw, R"({"lldp":{"neighbours":[{"interface":"1/3","chassisId":)"
+                 R"({"subtype":"MacAddress","id":"00:1b:21:00:00:09"},"raw":{"7":"0e04 0214 0004",)"
+                 R"("8":"101b 11 02 20010db8000000000000000000000001 03 00000007 03 2b0601"}}]}})");
+  const std::string v6 = ".0.1003.1.2.16.32.1.13.184.0.0.0.0.0.0.0.0.0.0.0.1";
+  const Map rawNeighbours{{"4.0.1003.1", "INTEGER: 4"},
+                          {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
+                          {"11.0.1003.1", "STRING: \"(@\""},  // bits 2, 4 and 9
+                          {"12.0.1003.1", "STRING: \" \""}};
+  const Map rawManagement{
+      {"3" + v6, "INTEGER: 3"}, {"4" + v6, "INTEGER: 7"}, {"5" + v6, "OID: .1.3.6.1"}};
   struct Case {
     std::string scenario;
     Map neighbours, management;
   };
-  for (const auto& c : {Case{"full-capacity.json", full, fullManagement},
-                        Case{"inconsistent.json", inconsistent, {}}}) {
+  for (const auto& c :
+       {Case{"full-capacity.json", full, fullManagement}, Case{raw, rawNeighbours, rawManagement},
+        Case{"inconsistent.json", inconsistent, {}}}) {
     SCOPED_TRACE(c.scenario);
     if (simulator) {
       StopSimulator();
