@@ -16,6 +16,7 @@
 #include <iostream>
 #include <mutex>
 #include <regex>
+#include <sstream>
 #include <thread>
 
 #include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
@@ -28,7 +29,9 @@ namespace {
 using Arq::SystemTests::DaemonSetup;
 using Arq::TestSupport::ChildProcess;
 using Arq::TestSupport::ReadFile;
+using Arq::TestSupport::RunCommand;
 using Arq::TestSupport::WaitUntil;
+using Arq::TestSupport::WriteFile;
 using namespace std::chrono_literals;
 
 std::string BigEndian32(std::uint32_t value) {
@@ -91,13 +94,16 @@ class HostilePeer {
 // be started late or restarted.
 class ThriftModeTest : public testing::Test {
  protected:
-  // `scenario`: a file of etc/simulator, or empty for the synthetic 24-port switch.
+  // `scenario`: a file of etc/simulator (or an absolute path), or empty for
+  // the synthetic 24-port switch.
   void StartSimulator(const std::string& scenario = std::string()) {
     std::vector<std::string> command{ARQ_SIMULATOR_PATH, "--port", std::to_string(port),
                                      "--control-port", std::to_string(controlPort)};
     if (!scenario.empty()) {
       command.insert(command.end(),
-                     {"--scenario", std::string(ARQ_SOURCE_DIR) + "/etc/simulator/" + scenario});
+                     {"--scenario", scenario[0] == '/' ? scenario
+                                                       : std::string(ARQ_SOURCE_DIR) +
+                                                             "/etc/simulator/" + scenario});
     }
     simulator = std::make_unique<ChildProcess>(command, std::map<std::string, std::string>{},
                                                setup.Dir().File("simulator.out"));
@@ -390,6 +396,241 @@ TEST_F(ThriftModeTest, SnmpLogFollowsEverySplitOfTheRedirectedOutput) {
   EXPECT_GT(backup, kLimit);
   EXPECT_LT(backup, kLimit + kPeriodOutput);
   EXPECT_LT(static_cast<long>(std::filesystem::file_size(file)), kLimit + kPeriodOutput);
+}
+
+// snmp_exporter's stock if_mib module, generated from the package's example
+// and the IETF MIB texts, serving on a free port; Scrape() returns the samples
+// ("name{labels}" to value) and the "# TYPE" lines.
+class IfMibExporter {
+ public:
+  explicit IfMibExporter(const std::string& dir) : dir(dir) {
+    std::ifstream example("/usr/share/doc/prometheus-snmp-exporter/examples/generator.yml");
+    std::string line, module = "modules:\n";
+    bool inside = false;
+    while (std::getline(example, line)) {
+      if (line == "  if_mib:") inside = true;
+      if (inside && line.empty()) break;
+      if (inside) module += line + "\n";
+    }
+    WriteFile(dir + "/generator.yml", module);
+    const auto generated = RunCommand(
+        {"sh", "-c",
+         "cd '" + dir + "' && exec prometheus-snmp-generator --fail-on-parse-errors generate"},
+        {{"MIBDIRS", ARQ_MIB_DIR}}, 60s, true);
+    EXPECT_EQ(generated.status, 0) << generated.output;
+    process = std::make_unique<ChildProcess>(
+        std::vector<std::string>{"prometheus-snmp-exporter", "--config.file=" + dir + "/snmp.yml",
+                                 "--web.listen-address=127.0.0.1:" + std::to_string(port)},
+        std::map<std::string, std::string>{}, dir + "/exporter.out");
+  }
+
+  std::map<std::string, double> Scrape(const std::string& target, std::string& types) const {
+    const std::string url = "http://127.0.0.1:" + std::to_string(port) +
+                            "/snmp?module=if_mib&target=" + target.substr(target.find(':') + 1);
+    std::string text;
+    WaitUntil(
+        [&] {
+          text = RunCommand({"curl", "-sf", url}, {}, 30s).output;
+          return !text.empty();
+        },
+        20s, 500ms);
+    std::map<std::string, double> samples;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line)) {
+      if (line.rfind("# TYPE ", 0) == 0) types += line + "\n";
+      if (line.empty() || line[0] == '#') continue;
+      const auto space = line.rfind(' ');
+      samples[line.substr(0, space)] = std::stod(line.substr(space + 1));
+    }
+    return samples;
+  }
+
+ private:
+  std::string dir;
+  int port = Arq::TestSupport::FreeTcpPort();
+  std::unique_ptr<ChildProcess> process;
+};
+
+// The full-capacity switch through the stock if_mib module: every port, LAG
+// and PRS interface with its labels; the octet counters typed counter and
+// exactly the simulator's: initial + rate / 8 per second for one elapsed
+// time common to every port of a collection, larger at the second scrape.
+TEST_F(ThriftModeTest, StockIfMibExporterSeesEveryPortWithExactCounters) {
+  StartSimulator("full-capacity.json");
+  StartDaemon();
+  // 48 Ethernet ports, 24 PRS interfaces of 2 ports, 3 LAGs of 6 ports.
+  ASSERT_TRUE(
+      WaitUntil([&] { return setup.Master().Get("1.3.6.1.2.1.2.1.0") == "INTEGER: 141"; }, 15s));
+  const IfMibExporter exporter(setup.Dir().File(""));
+  struct Port {
+    std::string labels;
+    double inOctets, inPerMs, outOctets, outPerMs;  // initial values, growth per millisecond
+    double highSpeed;
+  };
+  const std::vector<Port> ports{
+      {R"(ifAlias="eth1 of the full-capacity switch",ifDescr="eth1",ifIndex="1001",ifName="1/1")",
+       1e6, 1e4, 2e6, 12500, 100000},
+      {R"(ifAlias="eth2 of the full-capacity switch",ifDescr="eth2",ifIndex="1002",ifName="1/2")",
+       2e6, 2e4, 4e6, 25000, 100000},
+      {R"(ifAlias="",ifDescr="prs1 port 2/1",ifIndex="2001",ifName="2/1")", 1e6, 5e4, 2e6, 62500,
+       25000},
+      {R"(ifAlias="",ifDescr="lag1 port 3/1",ifIndex="3001",ifName="3/1")", 1e6, 2e5, 2e6, 250000,
+       10000}};
+  double previousMs = 0;
+  for (int scrape = 0; scrape < 2; ++scrape) {
+    SCOPED_TRACE(scrape);
+    // A pause in the collections, so that the scrape reads one collection.
+    setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":false}})");
+    std::this_thread::sleep_for(2500ms);
+    std::string types;
+    const auto samples = exporter.Scrape(setup.Master().Address(), types);
+    EXPECT_THAT(types, testing::HasSubstr("# TYPE ifHCInOctets counter\n"));
+    EXPECT_THAT(types, testing::HasSubstr("# TYPE ifHCOutOctets counter\n"));
+    EXPECT_EQ(samples.at("ifNumber"), 141);
+    double elapsedMs = -1;
+    for (const auto& port : ports) {
+      SCOPED_TRACE(port.labels);
+      const double in = samples.at("ifHCInOctets{" + port.labels + "}");
+      const double out = samples.at("ifHCOutOctets{" + port.labels + "}");
+      if (elapsedMs < 0) elapsedMs = (in - port.inOctets) / port.inPerMs;
+      EXPECT_EQ(in, port.inOctets + port.inPerMs * elapsedMs);
+      EXPECT_EQ(out, port.outOctets + port.outPerMs * elapsedMs);
+      EXPECT_EQ(samples.at("ifHighSpeed{" + port.labels + "}"), port.highSpeed);
+      EXPECT_EQ(samples.at("ifOperStatus{" + port.labels + "}"), 1);
+    }
+    EXPECT_EQ(elapsedMs, static_cast<double>(static_cast<long long>(elapsedMs)));
+    EXPECT_GT(elapsedMs, previousMs + 1000);
+    previousMs = elapsedMs;
+    EXPECT_EQ(
+        samples.at(
+            R"(ifType_info{ifAlias="lag1 of the full-capacity switch",ifDescr="lag1",ifIndex="100001",ifName="lag1",ifType="ieee8023adLag"})"),
+        1);
+    setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":true}})");
+    std::this_thread::sleep_for(1500ms);
+  }
+}
+
+// Ports whose names the ifIndex rule cannot place keep the index they were
+// given first, across a daemon restart in which one of them disappears and
+// another appears.
+TEST_F(ThriftModeTest, FallbackIfIndexesSurviveRestartsAndChanges) {
+  auto scenario = [](const std::vector<std::string>& names) {
+    std::string interfaces, ports;
+    for (const auto& name : names) {
+      interfaces += std::string(interfaces.empty() ? "" : ",") + R"({"name":"if-)" + name +
+                    R"(","type":"Ethernet","status":"Enabled","members":[")" + name + R"("]})";
+      ports +=
+          std::string(ports.empty() ? "" : ",") + R"({"name":")" + name + R"(","state":"LinkUp"})";
+    }
+    return R"({"interfaces":[)" + interfaces + R"(],"ports":[)" + ports + "]}";
+  };
+  const std::string ifName = "1.3.6.1.2.1.31.1.1.1.1";
+  auto names = [&] {
+    std::map<std::string, std::string> byIndex;
+    for (const auto& [oid, value] : setup.Master().Walk(ifName)) {
+      if (oid.size() > ifName.size()) byIndex[oid.substr(ifName.size() + 1)] = value;
+    }
+    return byIndex;
+  };
+  using Map = std::map<std::string, std::string>;
+  const std::vector<std::pair<std::vector<std::string>, Map>> steps{
+      {{"xe-a", "xe-b", "1/5"},
+       {{"1005", "STRING: \"1/5\""},
+        {"1000000", "STRING: \"xe-a\""},
+        {"1000001", "STRING: \"xe-b\""}}},
+      {{"xe-new", "xe-b"}, {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}}}};
+  for (const auto& [ports, expected] : steps) {
+    const std::string file = setup.Dir().File("scenario.json");
+    WriteFile(file, scenario(ports));
+    if (simulator) {
+      StopSimulator();
+      setup.StopDaemon(SIGTERM, 10s);
+    }
+    StartSimulator(file);
+    StartDaemon();
+    EXPECT_TRUE(WaitUntil([&] { return names() == expected; }, 15s))
+        << testing::PrintToString(names());
+  }
+}
+
+// LLDP-MIB by numeric identifiers (no package carries its text): every
+// neighbour of the full-capacity switch decoded, and the inconsistent
+// switch's neighbours without the columns of their broken TLVs.
+TEST_F(ThriftModeTest, LldpMibShowsNeighboursDecodedWithoutBrokenColumns) {
+  const std::string remTable = "1.0.8802.1.1.2.1.4.1.1";
+  const std::string manAddrTable = "1.0.8802.1.1.2.1.4.2.1";
+  using Map = std::map<std::string, std::string>;
+  auto walk = [&](const std::string& table) {
+    Map cells;
+    for (const auto& [oid, value] : setup.Master().Walk(table)) {
+      if (oid.size() > table.size()) cells[oid.substr(table.size() + 1)] = value;
+    }
+    return cells;
+  };
+  Map full, fullManagement;
+  for (int n = 1; n <= 60; ++n) {
+    const std::string local = n <= 48 ? "1/" + std::to_string(n) : "2/" + std::to_string(n - 48);
+    const std::string row =
+        ".0." + std::to_string(n <= 48 ? 1000 + n : 2000 + n - 48) + "." + std::to_string(n);
+    char text[64];
+    full["4" + row] = "INTEGER: 4";  // macAddress
+    std::snprintf(text, sizeof text, "Hex-STRING: 00 1B 21 00 %02X %02X ", n / 256, n % 256);
+    full["5" + row] = text;
+    full["6" + row] = "INTEGER: 5";  // interfaceName
+    full["7" + row] = "STRING: \"Ethernet1/" + std::to_string(n) + "\"";
+    full["8" + row] = "STRING: \"to orvo-sim-full " + local + "\"";
+    std::snprintf(text, sizeof text, "STRING: \"peer-%02d\"", n);
+    full["9" + row] = text;
+    std::snprintf(text, sizeof text, "STRING: \"PeerSwitch; SN-%04d; 1.0.%d\"", n, n);
+    full["10" + row] = text;
+    full["11" + row] = "STRING: \"(\"";  // bridge and router: 0x28
+    full["12" + row] = "STRING: \" \"";  // bridge: 0x20
+    const std::string address = row + ".1.4.198.51.100." + std::to_string(n);
+    fullManagement["3" + address] = "INTEGER: 2";  // ifIndex numbering
+    fullManagement["4" + address] = "INTEGER: 0";
+    fullManagement["5" + address] = "OID: .0.0";
+  }
+  const Map inconsistent{{"9.0.1001.1", "\"\""},  // truncated chassis id, empty name
+                         {"4.0.9099.2", "INTEGER: 6"},
+                         {"5.0.9099.2", "STRING: \"mgmt0\""},
+                         {"6.0.9099.2", "INTEGER: 7"},
+                         {"7.0.9099.2", "STRING: \"port-7\""},
+                         {"9.0.9099.2", "STRING: \"not-on-this-switch\""}};
+  // Raw TLVs: capabilities beyond the first octet, an IPv6 management address
+  // with its interface number and OID (1.3.6.1).
+  const std::string raw = setup.Dir().File("raw-lldp.json");
+  WriteFile(raw, R"({"lldp":{"neighbours":[{"interface":"1/3","chassisId":)"
+                 R"({"subtype":"MacAddress","id":"00:1b:21:00:00:09"},"raw":{"7":"0e04 0214 0004",)"
+                 R"("8":"101b 11 02 20010db8000000000000000000000001 03 00000007 03 2b0601"}}]}})");
+  const std::string v6 = ".0.1003.1.2.16.32.1.13.184.0.0.0.0.0.0.0.0.0.0.0.1";
+  const Map rawNeighbours{{"4.0.1003.1", "INTEGER: 4"},
+                          {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
+                          {"11.0.1003.1", "STRING: \"(@\""},  // bits 2, 4 and 9
+                          {"12.0.1003.1", "STRING: \" \""}};
+  const Map rawManagement{
+      {"3" + v6, "INTEGER: 3"}, {"4" + v6, "INTEGER: 7"}, {"5" + v6, "OID: .1.3.6.1"}};
+  struct Case {
+    std::string scenario;
+    Map neighbours, management;
+  };
+  for (const auto& c :
+       {Case{"full-capacity.json", full, fullManagement}, Case{raw, rawNeighbours, rawManagement},
+        Case{"inconsistent.json", inconsistent, {}}}) {
+    SCOPED_TRACE(c.scenario);
+    if (simulator) {
+      StopSimulator();
+      setup.StopDaemon(SIGTERM, 10s);
+    }
+    StartSimulator(c.scenario);
+    StartDaemon();
+    EXPECT_TRUE(WaitUntil([&] { return walk(remTable).size() == c.neighbours.size(); }, 15s));
+    EXPECT_EQ(walk(remTable), c.neighbours);
+    EXPECT_EQ(walk(manAddrTable), c.management);
+  }
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address
+  EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.7.1.3.1001"), "STRING: \"1/1\"");
 }
 
 }  // namespace

@@ -151,4 +151,9 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
                                                             netsnmp_agent_request_info*,
                                                             netsnmp_request_info*);
 
+// The standard views of the same values: IF-MIB (ifNumber, ifTable, ifXTable,
+// ifStackTable) and LLDP-MIB.
+void init_ifMib();
+void init_lldpMib();
+
 }  // namespace Arq::Snmp

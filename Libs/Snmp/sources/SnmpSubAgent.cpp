@@ -79,6 +79,8 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
   init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
   init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+  init_ifMib();
+  init_lldpMib();
 
   if (agentxSubagent == 0) {
     init_vacm();

@@ -1,0 +1,177 @@
+#include "SortedTable.h"
+
+#include <algorithm>
+
+namespace Arq::Snmp::Standard {
+namespace {
+
+struct Registered {
+  ISortedTable* table;
+  std::vector<oid> entry;  // tableId + 1
+  unsigned firstColumn;
+  unsigned lastColumn;
+};
+
+int Compare(const oid* a, std::size_t aLength, const std::vector<oid>& b) {
+  return snmp_oid_compare(a, aLength, b.data(), b.size());
+}
+
+// The first row whose index is greater than (or, `orEqual`, equal to) the arcs.
+std::size_t FirstRowAfter(const ISortedTable& table, const oid* arcs, std::size_t length,
+                          bool orEqual) {
+  std::size_t low = 0, high = table.Rows();
+  while (low < high) {
+    const std::size_t middle = (low + high) / 2;
+    const int order = -Compare(arcs, length, table.Index(middle));  // index vs arcs
+    if (order > 0 || (orEqual && order == 0)) {
+      high = middle;
+    } else {
+      low = middle + 1;
+    }
+  }
+  return low;
+}
+
+void AnswerGet(const Registered& r, netsnmp_agent_request_info* reqinfo,
+               netsnmp_request_info* request) {
+  netsnmp_variable_list* var = request->requestvb;
+  const std::size_t base = r.entry.size();
+  if (var->name_length <= base + 1 ||
+      snmp_oid_compare(var->name, base, r.entry.data(), base) != 0) {
+    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
+    return;
+  }
+  const unsigned column = static_cast<unsigned>(var->name[base]);
+  if (column < r.firstColumn || column > r.lastColumn) {
+    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
+    return;
+  }
+  const oid* arcs = var->name + base + 1;
+  const std::size_t length = var->name_length - base - 1;
+  const std::size_t row = FirstRowAfter(*r.table, arcs, length, true);
+  if (row >= r.table->Rows() || Compare(arcs, length, r.table->Index(row)) != 0 ||
+      !r.table->Answer(row, column, var)) {
+    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHINSTANCE);
+  }
+}
+
+void AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
+  netsnmp_variable_list* var = request->requestvb;
+  const std::size_t base = r.entry.size();
+  unsigned column = r.firstColumn;
+  const oid* arcs = nullptr;
+  std::size_t length = 0;
+  const int order = snmp_oid_compare(var->name, std::min<std::size_t>(var->name_length, base),
+                                     r.entry.data(), base);
+  if (order > 0) return;
+  if (order == 0 && var->name_length > base) {
+    if (var->name[base] > r.lastColumn) return;
+    if (var->name[base] >= r.firstColumn) {
+      column = static_cast<unsigned>(var->name[base]);
+      arcs = var->name + base + 1;
+      length = var->name_length - base - 1;
+    }
+  }
+  std::vector<oid> name;
+  for (; column <= r.lastColumn; ++column, arcs = nullptr, length = 0) {
+    std::size_t row = arcs == nullptr ? 0 : FirstRowAfter(*r.table, arcs, length, false);
+    for (; row < r.table->Rows(); ++row) {
+      if (!r.table->Answer(row, column, var)) continue;
+      const auto& index = r.table->Index(row);
+      name.assign(r.entry.begin(), r.entry.end());
+      name.push_back(column);
+      name.insert(name.end(), index.begin(), index.end());
+      snmp_set_var_objid(var, name.data(), name.size());
+      return;
+    }
+  }
+}
+
+int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
+           netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
+  const auto& r = *static_cast<const Registered*>(handler->myvoid);
+  if (reqinfo->mode != MODE_GET && reqinfo->mode != MODE_GETNEXT) return SNMP_ERR_NOERROR;
+  r.table->Refresh();
+  for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
+    if (request->processed) continue;
+    if (reqinfo->mode == MODE_GET) {
+      AnswerGet(r, reqinfo, request);
+    } else {
+      AnswerGetNext(r, request);
+    }
+  }
+  return SNMP_ERR_NOERROR;
+}
+
+}  // namespace
+
+namespace {
+
+netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
+                                       std::vector<oid> root, unsigned firstColumn,
+                                       unsigned lastColumn, bool range, ISortedTable* table) {
+  // Lives as long as the registration: the process.
+  auto* registered = new Registered{table, std::move(entry), firstColumn, lastColumn};
+  netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
+      name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
+  registration->handler->myvoid = registered;
+  registration->priority = kStandardViewPriority;
+  if (range) {
+    registration->range_subid = static_cast<int>(root.size());
+    registration->range_ubound = lastColumn;
+  }
+  netsnmp_register_handler(registration);
+  snmp_log(LOG_INFO, "%s Done initializing.\n", name);
+  return registration;
+}
+
+}  // namespace
+
+netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
+                                                  unsigned firstColumn, unsigned lastColumn,
+                                                  ISortedTable* table) {
+  std::vector<oid> entry = tableId;
+  entry.push_back(1);
+  return Register(name, entry, tableId, firstColumn, lastColumn, false, table);
+}
+
+netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+                                                  unsigned firstArc, unsigned lastArc,
+                                                  ISortedTable* table) {
+  std::vector<oid> root = group;
+  root.push_back(firstArc);
+  return Register(name, group, root, firstArc, lastArc, true, table);
+}
+
+void SetInteger(netsnmp_variable_list* var, long value) {
+  snmp_set_var_typed_value(var, ASN_INTEGER, reinterpret_cast<const u_char*>(&value), sizeof value);
+}
+
+void SetUnsigned(netsnmp_variable_list* var, u_char type, std::uint64_t value) {
+  const u_long number = static_cast<u_long>(value & 0xffffffffu);
+  snmp_set_var_typed_value(var, type, reinterpret_cast<const u_char*>(&number), sizeof number);
+}
+
+void SetCounter64(netsnmp_variable_list* var, std::uint64_t value) {
+  counter64 number;
+  number.high = static_cast<u_long>(value >> 32);
+  number.low = static_cast<u_long>(value & 0xffffffffu);
+  snmp_set_var_typed_value(var, ASN_COUNTER64, reinterpret_cast<const u_char*>(&number),
+                           sizeof number);
+}
+
+void SetOctets(netsnmp_variable_list* var, const std::string& value) {
+  snmp_set_var_typed_value(var, ASN_OCTET_STR, reinterpret_cast<const u_char*>(value.data()),
+                           value.size());
+}
+
+void SetObjectId(netsnmp_variable_list* var, const std::vector<oid>& value) {
+  snmp_set_var_typed_value(var, ASN_OBJECT_ID, reinterpret_cast<const u_char*>(value.data()),
+                           value.size() * sizeof(oid));
+}
+
+std::uint64_t UptimeTicks() {
+  return netsnmp_get_agent_uptime();
+}
+
+}  // namespace Arq::Snmp::Standard
