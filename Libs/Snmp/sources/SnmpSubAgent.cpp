@@ -2,6 +2,7 @@
 
 #include <csignal>
 
+#include "MasterSocket.h"
 #include "Mechanism.h"
 #include "Modules.h"
 
@@ -77,6 +78,7 @@ void SnmpSubAgent::Run() {
     init_usm();
   }
   init_snmp(kApplicationName);
+  if (agentxSubagent != 0) ReportMasterSocketAccess();
   if (agentxSubagent == 0) init_master_agent();
 
   keep_running = 1;
