@@ -226,7 +226,7 @@ TEST(LoggerConfigurationsTest, SampleFileNamesTheProjectPlugin) {
   ASSERT_EQ(sample.loggers.size(), 1u);
   const auto& entry = sample.loggers[0];
   EXPECT_EQ(entry.name, "StreamLogger");
-  EXPECT_EQ(entry.libraryPath, "/usr/local/lib/orvovia/libArqStreamLogger.so");
+  EXPECT_EQ(entry.libraryPath, ARQ_STREAM_LOGGER_INSTALL_PATH);
   EXPECT_EQ(entry.libraryEntryPoint, "ILoggingLoaderFactoryMaker");
   EXPECT_EQ(entry.libraryEventHandlerEntryPoint, "ILoggingEventHandlerSetterMaker");
 

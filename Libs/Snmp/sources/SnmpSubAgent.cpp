@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "MasterSocket.h"
 #include "Mechanism.h"
 #include "Modules.h"
 
@@ -87,6 +88,7 @@ void SnmpSubAgent::Run() {
     init_usm();
   }
   init_snmp(kApplicationName);
+  if (agentxSubagent != 0) ReportMasterSocketAccess();
   if (agentxSubagent == 0) init_master_agent();
 
   keep_running = 1;
