@@ -260,6 +260,98 @@ TEST_F(ThriftModeTest, OptionsFileStopsAndResumesTheCalls) {
   EXPECT_TRUE(WaitUntil([&] { return setup.Get("1.2.1.10.0") != paused; }, 10s));
 }
 
+// The collector's health group (arc 8) through every state: before the first
+// collection, ok, one call failing, switch stopped, collection disabled, back
+// to ok; and the call table for a fault and a receive time-out.
+TEST_F(ThriftModeTest, CollectorHealthTellsEveryStateAndFailingCall) {
+  const auto now = [] {
+    return std::chrono::duration_cast<std::chrono::seconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+  };
+  const auto seconds = [&](const std::string& arcs) {
+    const std::string value = setup.Get(arcs);
+    return value.rfind("Gauge32: ", 0) == 0 ? std::stoll(value.substr(9)) : -1LL;
+  };
+  const long long started = now();
+  StartSimulator();
+  StartDaemon({"remote_ms_receive_timeout:2000", "collect_metrics_period:30"});
+  // Before the first collection (one period after start).
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 5", 10s));
+  const std::map<std::string, std::string> initial{
+      {"8.1.0", "INTEGER: 5"},
+      {"8.2.0", "Gauge32: 0"},
+      {"8.3.0", "Gauge32: 0"},
+      {"8.4.0", "Gauge32: 0"},
+      {"8.5.0", "Counter32: 0"},
+      {"8.6.0", "Gauge32: 0"},
+      {"8.7.0", "INTEGER: 1"},
+      {"8.8.0", "INTEGER: 30"},
+      {"8.9.0", "INTEGER: 40"},
+      {"8.10.0", "\"\""},
+      {"8.11.0", "STRING: \"2.2.23\""},
+      {"8.13.1.2.1", "STRING: \"Interfaces:GetIfList\""},
+      {"8.13.1.2.10", "STRING: \"Config:GetCurrentConfig\""},
+      {"8.13.1.3.1", "INTEGER: 7"},
+      {"8.13.1.4.1", "Counter32: 0"}};
+  for (const auto& [arcs, expected] : initial) EXPECT_EQ(setup.Get(arcs), expected) << arcs;
+  EXPECT_GE(seconds("8.12.0"), started);
+  EXPECT_LE(seconds("8.12.0"), now());
+
+  // The options file shortens the period: the collector wakes and collects.
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":1}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.8.0"), "INTEGER: 1");
+  EXPECT_EQ(setup.Get("8.6.0"), "Gauge32: 0");
+  EXPECT_EQ(setup.Get("8.13.1.3.8"), "INTEGER: 1");
+  EXPECT_GE(seconds("8.3.0"), started);
+  EXPECT_LE(seconds("8.3.0"), now());
+
+  // One call answers with the service's fault: partial, and its row says why.
+  EXPECT_EQ(Control("only LLDP:GetInfo"), "ok");
+  EXPECT_EQ(Control("fault 3 neighbour table locked"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 2", 10s));
+  EXPECT_EQ(setup.Get("8.13.1.2.8"), "STRING: \"LLDP:GetInfo\"");
+  EXPECT_EQ(setup.Get("8.13.1.3.8"), "INTEGER: 2");
+  EXPECT_EQ(setup.Get("8.13.1.5.8"), "STRING: \"neighbour table locked\"");
+  EXPECT_EQ(setup.Get("8.13.1.3.7"), "INTEGER: 1");
+  EXPECT_EQ(setup.Get("8.13.1.4.7"), "Counter32: 0");
+  EXPECT_EQ(setup.Get("8.10.0"), "STRING: \"neighbour table locked\"");
+  EXPECT_NE(setup.Get("8.13.1.4.8"), "Counter32: 0");
+  EXPECT_NE(setup.Get("8.6.0"), "Gauge32: 0");
+
+  // A reply later than the receive time-out: timeout.
+  EXPECT_EQ(Control("answer"), "ok");
+  EXPECT_EQ(Control("only PTP:GetConfig"), "ok");
+  EXPECT_EQ(Control("delay 3000"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.13.1.3.9", "INTEGER: 3", 15s));
+  EXPECT_EQ(setup.Get("8.13.1.2.9"), "STRING: \"PTP:GetConfig\"");
+  EXPECT_THAT(setup.Get("8.13.1.5.9"), testing::HasSubstr("timed out"));
+  EXPECT_EQ(Control("answer"), "ok");
+
+  // Switch stopped: every call refused.
+  StopSimulator();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s));
+  EXPECT_EQ(setup.Get("8.13.1.3.1"), "INTEGER: 4");
+  EXPECT_THAT(setup.Get("8.10.0"), testing::HasSubstr("Connection refused"));
+  EXPECT_LT(seconds("8.3.0"), seconds("8.2.0"));
+
+  // Back: ok, the failure run ends.
+  StartSimulator();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.6.0"), "Gauge32: 0");
+  EXPECT_EQ(setup.Get("8.13.1.3.1"), "INTEGER: 1");
+
+  // Collection and log level as the options file sets them.
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":false,"DebugLevel":"Info"}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 4", 10s));
+  EXPECT_EQ(setup.Get("8.7.0"), "INTEGER: 2");
+  EXPECT_EQ(setup.Get("8.9.0"), "INTEGER: 30");
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":true}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.7.0"), "INTEGER: 1");
+}
+
 // A peer that answers every call with bytes that are no proper reply never
 // makes the daemon allocate what those bytes spell: each call fails with one
 // error line and the peak resident set stays small.

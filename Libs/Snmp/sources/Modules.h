@@ -154,6 +154,9 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 // The standard views of the same values: IF-MIB (ifNumber, ifTable, ifXTable,
 // ifStackTable) and LLDP-MIB.
 void init_ifMib();
+
+// The collector's health group and its table of switch calls.
+void init_arqSwitchOrvoViaCollector();
 void init_lldpMib();
 
 }  // namespace Arq::Snmp

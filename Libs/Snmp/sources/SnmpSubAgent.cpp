@@ -80,6 +80,7 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
   init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
   init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+  init_arqSwitchOrvoViaCollector();
   init_ifMib();
   init_lldpMib();
 
