@@ -352,6 +352,87 @@ TEST_F(ThriftModeTest, CollectorHealthTellsEveryStateAndFailingCall) {
   EXPECT_EQ(setup.Get("8.7.0"), "INTEGER: 1");
 }
 
+// Notifications through the master's trap2sink to a private snmptrapd: one
+// unreachable and one recovery for an outage, none for a failed collection
+// shorter than the debounce (3 collections), and linkDown/linkUp with the
+// port's ifIndex when its state changes between two collections.
+TEST_F(ThriftModeTest, NotificationsReachTheTrapSinkOnTransitionsOnly) {
+  const int trapPort = Arq::TestSupport::FreeUdpPort();
+  const std::string traps = setup.Dir().File("traps.log");
+  WriteFile(setup.Dir().File("snmptrapd.conf"), "disableAuthorization yes\n");
+  ChildProcess trapd(
+      {"snmptrapd", "-f", "-On", "-Lf", traps, "-C", "-c", setup.Dir().File("snmptrapd.conf"), "-p",
+       setup.Dir().File("snmptrapd.pid"), "udp:127.0.0.1:" + std::to_string(trapPort)},
+      setup.Master().Environment(), setup.Dir().File("snmptrapd.out"));
+  ASSERT_TRUE(
+      WaitUntil([&] { return ReadFile(traps).find("NET-SNMP") != std::string::npos; }, 10s));
+  setup.Master().Stop();
+  setup.Master().AppendConfig("trap2sink udp:127.0.0.1:" + std::to_string(trapPort) + " public\n");
+  ASSERT_TRUE(setup.Master().Start());
+  const auto count = [&](const std::string& oid) {
+    const std::string log = ReadFile(traps);
+    std::size_t n = 0;
+    for (auto at = log.find("OID: " + oid + "\n"); at != std::string::npos;
+         at = log.find("OID: " + oid + "\n", at + 1)) {
+      ++n;
+    }
+    // A trap's varbinds may share its line: count those too.
+    for (auto at = log.find("OID: " + oid + "\t"); at != std::string::npos;
+         at = log.find("OID: " + oid + "\t", at + 1)) {
+      ++n;
+    }
+    return n;
+  };
+  const std::string unreachable = "." + Arq::SystemTests::Base() + ".8.0.1";
+  const std::string recovered = "." + Arq::SystemTests::Base() + ".8.0.2";
+  const std::string linkDown = ".1.3.6.1.6.3.1.1.5.3";
+  const std::string linkUp = ".1.3.6.1.6.3.1.1.5.4";
+
+  StartSimulator();
+  StartDaemon();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+
+  // One collection with every call failing: below the debounce.
+  EXPECT_EQ(Control("fault 1 busy"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s));
+  EXPECT_EQ(Control("answer"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+
+  // An outage: exactly one unreachable, then exactly one recovery.
+  StopSimulator();
+  ASSERT_TRUE(WaitUntil([&] { return count(unreachable) == 1; }, 15s)) << ReadFile(traps);
+  std::this_thread::sleep_for(2s);
+  StartSimulator();
+  ASSERT_TRUE(WaitUntil([&] { return count(recovered) == 1; }, 15s)) << ReadFile(traps);
+  std::this_thread::sleep_for(2s);
+  EXPECT_EQ(count(unreachable), 1u);
+  EXPECT_EQ(count(recovered), 1u);
+  const std::string log = ReadFile(traps);
+  EXPECT_THAT(log, testing::HasSubstr("." + Arq::SystemTests::Base() + ".8.1.0 = INTEGER: 3"));
+  EXPECT_THAT(log, testing::HasSubstr("Connection refused"));
+
+  // A port goes down, then up: the port's own ifIndex in each.
+  std::string index;
+  for (const auto& [name, value] : setup.Master().Walk("1.3.6.1.2.1.31.1.1.1.1")) {
+    if (value == "STRING: \"eth3\"") index = name.substr(name.rfind('.') + 1);
+  }
+  ASSERT_FALSE(index.empty());
+  ASSERT_EQ(setup.Master().Get("1.3.6.1.2.1.2.2.1.8." + index), "INTEGER: 1");
+  EXPECT_EQ(count(linkDown) + count(linkUp), 0u);
+  EXPECT_EQ(Control("port eth3 down"), "ok");
+  ASSERT_TRUE(WaitUntil([&] { return count(linkDown) == 1; }, 10s)) << ReadFile(traps);
+  EXPECT_EQ(Control("port eth3 up"), "ok");
+  ASSERT_TRUE(WaitUntil([&] { return count(linkUp) == 1; }, 10s)) << ReadFile(traps);
+  const std::string links = ReadFile(traps);
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.1." + index + " = INTEGER: " + index));
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.8." + index + " = INTEGER: 2"));
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.7." + index + " = INTEGER: 1"));
+  EXPECT_EQ(count(linkDown), 1u);
+  EXPECT_EQ(count(unreachable), 1u);
+  trapd.Signal(SIGTERM);
+  trapd.WaitExit(10s);
+}
+
 // A peer that answers every call with bytes that are no proper reply never
 // makes the daemon allocate what those bytes spell: each call fails with one
 // error line and the peak resident set stays small.

@@ -158,6 +158,9 @@ void MonitoringProcessor::Collect() {
                                .count();
   ++health_.collections;
   health_.consecutiveFailures = success ? 0 : health_.consecutiveFailures + 1;
+  health_.consecutiveUnreachable = health_.state == Metrics::CollectorState::Unreachable
+                                       ? health_.consecutiveUnreachable + 1
+                                       : 0;
   PublishHealth();
 }
 

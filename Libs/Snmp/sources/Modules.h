@@ -157,6 +157,8 @@ void init_ifMib();
 
 // The collector's health group and its table of switch calls.
 void init_arqSwitchOrvoViaCollector();
+// The collector's and IF-MIB's notifications, sent from the agent's loop.
+void init_arqSwitchOrvoViaNotifications();
 void init_lldpMib();
 
 }  // namespace Arq::Snmp

@@ -55,7 +55,8 @@ struct CollectorHealthMetric {
   std::int64_t lastSuccess = 0;
   std::int64_t lastDurationMs = 0;
   std::int64_t collections = 0;
-  std::int64_t consecutiveFailures = 0;  // collections in a row with a failed call
+  std::int64_t consecutiveFailures = 0;     // collections in a row with a failed call
+  std::int64_t consecutiveUnreachable = 0;  // collections in a row with every call failed
   bool collectEnabled = true;
   std::int32_t period = 0;  // seconds
   std::string lastError;    // the last failed call's error text, kept after recovery
@@ -64,6 +65,7 @@ struct CollectorHealthMetric {
     return state == other.state && lastCollection == other.lastCollection &&
            lastSuccess == other.lastSuccess && lastDurationMs == other.lastDurationMs &&
            collections == other.collections && consecutiveFailures == other.consecutiveFailures &&
+           consecutiveUnreachable == other.consecutiveUnreachable &&
            collectEnabled == other.collectEnabled && period == other.period &&
            lastError == other.lastError;
   }
