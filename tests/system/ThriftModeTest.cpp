@@ -260,6 +260,179 @@ TEST_F(ThriftModeTest, OptionsFileStopsAndResumesTheCalls) {
   EXPECT_TRUE(WaitUntil([&] { return setup.Get("1.2.1.10.0") != paused; }, 10s));
 }
 
+// The collector's health group (arc 8) through every state: before the first
+// collection, ok, one call failing, switch stopped, collection disabled, back
+// to ok; and the call table for a fault and a receive time-out.
+TEST_F(ThriftModeTest, CollectorHealthTellsEveryStateAndFailingCall) {
+  const auto now = [] {
+    return std::chrono::duration_cast<std::chrono::seconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+  };
+  const auto seconds = [&](const std::string& arcs) {
+    const std::string value = setup.Get(arcs);
+    return value.rfind("Gauge32: ", 0) == 0 ? std::stoll(value.substr(9)) : -1LL;
+  };
+  const long long started = now();
+  StartSimulator();
+  StartDaemon({"remote_ms_receive_timeout:2000", "collect_metrics_period:30"});
+  // Before the first collection (one period after start).
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 5", 10s));
+  const std::map<std::string, std::string> initial{
+      {"8.1.0", "INTEGER: 5"},
+      {"8.2.0", "Gauge32: 0"},
+      {"8.3.0", "Gauge32: 0"},
+      {"8.4.0", "Gauge32: 0"},
+      {"8.5.0", "Counter32: 0"},
+      {"8.6.0", "Gauge32: 0"},
+      {"8.7.0", "INTEGER: 1"},
+      {"8.8.0", "INTEGER: 30"},
+      {"8.9.0", "INTEGER: 40"},
+      {"8.10.0", "\"\""},
+      {"8.11.0", "STRING: \"2.2.23\""},
+      {"8.13.1.2.1", "STRING: \"Interfaces:GetIfList\""},
+      {"8.13.1.2.10", "STRING: \"Config:GetCurrentConfig\""},
+      {"8.13.1.3.1", "INTEGER: 7"},
+      {"8.13.1.4.1", "Counter32: 0"}};
+  for (const auto& [arcs, expected] : initial) EXPECT_EQ(setup.Get(arcs), expected) << arcs;
+  EXPECT_GE(seconds("8.12.0"), started);
+  EXPECT_LE(seconds("8.12.0"), now());
+
+  // The options file shortens the period: the collector wakes and collects.
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":1}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.8.0"), "INTEGER: 1");
+  EXPECT_EQ(setup.Get("8.6.0"), "Gauge32: 0");
+  EXPECT_EQ(setup.Get("8.13.1.3.8"), "INTEGER: 1");
+  EXPECT_GE(seconds("8.3.0"), started);
+  EXPECT_LE(seconds("8.3.0"), now());
+
+  // One call answers with the service's fault: partial, and its row says why.
+  EXPECT_EQ(Control("only LLDP:GetInfo"), "ok");
+  EXPECT_EQ(Control("fault 3 neighbour table locked"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 2", 10s));
+  EXPECT_EQ(setup.Get("8.13.1.2.8"), "STRING: \"LLDP:GetInfo\"");
+  EXPECT_EQ(setup.Get("8.13.1.3.8"), "INTEGER: 2");
+  EXPECT_EQ(setup.Get("8.13.1.5.8"), "STRING: \"neighbour table locked\"");
+  EXPECT_EQ(setup.Get("8.13.1.3.7"), "INTEGER: 1");
+  EXPECT_EQ(setup.Get("8.13.1.4.7"), "Counter32: 0");
+  EXPECT_EQ(setup.Get("8.10.0"), "STRING: \"neighbour table locked\"");
+  EXPECT_NE(setup.Get("8.13.1.4.8"), "Counter32: 0");
+  EXPECT_NE(setup.Get("8.6.0"), "Gauge32: 0");
+
+  // A reply later than the receive time-out: timeout.
+  EXPECT_EQ(Control("answer"), "ok");
+  EXPECT_EQ(Control("only PTP:GetConfig"), "ok");
+  EXPECT_EQ(Control("delay 3000"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.13.1.3.9", "INTEGER: 3", 15s));
+  EXPECT_EQ(setup.Get("8.13.1.2.9"), "STRING: \"PTP:GetConfig\"");
+  EXPECT_THAT(setup.Get("8.13.1.5.9"), testing::HasSubstr("timed out"));
+  EXPECT_EQ(Control("answer"), "ok");
+
+  // Switch stopped: every call refused.
+  StopSimulator();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s));
+  EXPECT_EQ(setup.Get("8.13.1.3.1"), "INTEGER: 4");
+  EXPECT_THAT(setup.Get("8.10.0"), testing::HasSubstr("Connection refused"));
+  EXPECT_LT(seconds("8.3.0"), seconds("8.2.0"));
+
+  // Back: ok, the failure run ends.
+  StartSimulator();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.6.0"), "Gauge32: 0");
+  EXPECT_EQ(setup.Get("8.13.1.3.1"), "INTEGER: 1");
+
+  // Collection and log level as the options file sets them.
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":false,"DebugLevel":"Info"}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 4", 10s));
+  EXPECT_EQ(setup.Get("8.7.0"), "INTEGER: 2");
+  EXPECT_EQ(setup.Get("8.9.0"), "INTEGER: 30");
+  setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":true}})");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+  EXPECT_EQ(setup.Get("8.7.0"), "INTEGER: 1");
+}
+
+// Notifications through the master's trap2sink to a private snmptrapd: one
+// unreachable and one recovery for an outage, none for a failed collection
+// shorter than the debounce (3 collections), and linkDown/linkUp with the
+// port's ifIndex when its state changes between two collections.
+TEST_F(ThriftModeTest, NotificationsReachTheTrapSinkOnTransitionsOnly) {
+  const int trapPort = Arq::TestSupport::FreeUdpPort();
+  const std::string traps = setup.Dir().File("traps.log");
+  WriteFile(setup.Dir().File("snmptrapd.conf"), "disableAuthorization yes\n");
+  ChildProcess trapd(
+      {"snmptrapd", "-f", "-On", "-Lf", traps, "-C", "-c", setup.Dir().File("snmptrapd.conf"), "-p",
+       setup.Dir().File("snmptrapd.pid"), "udp:127.0.0.1:" + std::to_string(trapPort)},
+      setup.Master().Environment(), setup.Dir().File("snmptrapd.out"));
+  ASSERT_TRUE(
+      WaitUntil([&] { return ReadFile(traps).find("NET-SNMP") != std::string::npos; }, 10s));
+  setup.Master().Stop();
+  setup.Master().AppendConfig("trap2sink udp:127.0.0.1:" + std::to_string(trapPort) + " public\n");
+  ASSERT_TRUE(setup.Master().Start());
+  const auto count = [&](const std::string& oid) {
+    const std::string log = ReadFile(traps);
+    std::size_t n = 0;
+    for (auto at = log.find("OID: " + oid + "\n"); at != std::string::npos;
+         at = log.find("OID: " + oid + "\n", at + 1)) {
+      ++n;
+    }
+    // A trap's varbinds may share its line: count those too.
+    for (auto at = log.find("OID: " + oid + "\t"); at != std::string::npos;
+         at = log.find("OID: " + oid + "\t", at + 1)) {
+      ++n;
+    }
+    return n;
+  };
+  const std::string unreachable = "." + Arq::SystemTests::Base() + ".8.0.1";
+  const std::string recovered = "." + Arq::SystemTests::Base() + ".8.0.2";
+  const std::string linkDown = ".1.3.6.1.6.3.1.1.5.3";
+  const std::string linkUp = ".1.3.6.1.6.3.1.1.5.4";
+
+  StartSimulator();
+  StartDaemon();
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+
+  // One collection with every call failing: below the debounce.
+  EXPECT_EQ(Control("fault 1 busy"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s));
+  EXPECT_EQ(Control("answer"), "ok");
+  ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
+
+  // An outage: exactly one unreachable, then exactly one recovery.
+  StopSimulator();
+  ASSERT_TRUE(WaitUntil([&] { return count(unreachable) == 1; }, 15s)) << ReadFile(traps);
+  std::this_thread::sleep_for(2s);
+  StartSimulator();
+  ASSERT_TRUE(WaitUntil([&] { return count(recovered) == 1; }, 15s)) << ReadFile(traps);
+  std::this_thread::sleep_for(2s);
+  EXPECT_EQ(count(unreachable), 1u);
+  EXPECT_EQ(count(recovered), 1u);
+  const std::string log = ReadFile(traps);
+  EXPECT_THAT(log, testing::HasSubstr("." + Arq::SystemTests::Base() + ".8.1.0 = INTEGER: 3"));
+  EXPECT_THAT(log, testing::HasSubstr("Connection refused"));
+
+  // A port goes down, then up: the port's own ifIndex in each.
+  std::string index;
+  for (const auto& [name, value] : setup.Master().Walk("1.3.6.1.2.1.31.1.1.1.1")) {
+    if (value == "STRING: \"eth3\"") index = name.substr(name.rfind('.') + 1);
+  }
+  ASSERT_FALSE(index.empty());
+  ASSERT_EQ(setup.Master().Get("1.3.6.1.2.1.2.2.1.8." + index), "INTEGER: 1");
+  EXPECT_EQ(count(linkDown) + count(linkUp), 0u);
+  EXPECT_EQ(Control("port eth3 down"), "ok");
+  ASSERT_TRUE(WaitUntil([&] { return count(linkDown) == 1; }, 10s)) << ReadFile(traps);
+  EXPECT_EQ(Control("port eth3 up"), "ok");
+  ASSERT_TRUE(WaitUntil([&] { return count(linkUp) == 1; }, 10s)) << ReadFile(traps);
+  const std::string links = ReadFile(traps);
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.1." + index + " = INTEGER: " + index));
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.8." + index + " = INTEGER: 2"));
+  EXPECT_THAT(links, testing::HasSubstr(".1.3.6.1.2.1.2.2.1.7." + index + " = INTEGER: 1"));
+  EXPECT_EQ(count(linkDown), 1u);
+  EXPECT_EQ(count(unreachable), 1u);
+  trapd.Signal(SIGTERM);
+  trapd.WaitExit(10s);
+}
+
 // A peer that answers every call with bytes that are no proper reply never
 // makes the daemon allocate what those bytes spell: each call fails with one
 // error line and the peak resident set stays small.

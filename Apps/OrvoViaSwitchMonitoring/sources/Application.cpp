@@ -1,5 +1,6 @@
 #include "Arq/OrvoViaSwitchMonitoring/Application.h"
 
+#include <chrono>
 #include <exception>
 #include <iostream>
 #include <sstream>
@@ -28,6 +29,17 @@ std::string EndLine(int code) {
 
 void LogAtInfo(const std::shared_ptr<ILogger>& logger, const std::string& text, int line) {
   logger->Log(ILogger::Info, text, __FILE__, static_cast<unsigned long>(line));
+}
+
+// The daemon's version, start time and log level, for the MIB.
+void PublishDaemon(const IAppVersion& appVersion, int logLevel) {
+  OrvoViaSwitch::Domain::Dto::Metrics::DaemonMetric daemon;
+  daemon.version = appVersion.Version();
+  daemon.startTime = std::chrono::duration_cast<std::chrono::seconds>(
+                         std::chrono::system_clock::now().time_since_epoch())
+                         .count();
+  daemon.logLevel = logLevel;
+  Monitoring::MonitoringProcessor::monitoringValues.daemon.Value(daemon);
 }
 
 }  // namespace
@@ -76,6 +88,7 @@ int RunDaemon(int argc, const char** argv) {
     Logging::Loader::Loggers::GetInstance().SetLoggingLevel(parameters->logLevel);
     logger = Logging::Loader::Loggers::GetInstance().GetLogger(kMainLoggerName);
     LogInputParameters(logger, appVersion, argc, argv);
+    PublishDaemon(*appVersion, static_cast<int>(parameters->logLevel));
 
     if (parameters->version) {
       PrintVersion::Print(appVersion);

@@ -1,6 +1,7 @@
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
 
 #include "Arq/Logging/Loader/Loggers.h"
+#include "Arq/Monitoring/MonitoringProcessor.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
 namespace {
@@ -71,6 +72,10 @@ void DynamicParametersUpdater::UpdateLoggerLevel(const Json::Value& options) {
   LogTransition("Logging Level Transition from " + ToString(current) + " to " + ToString(wanted),
                 __LINE__);
   Loggers::GetInstance().SetLoggingLevel(wanted);
+  auto& holder = Monitoring::MonitoringProcessor::monitoringValues.daemon;
+  auto daemon = holder.Value();
+  daemon.logLevel = static_cast<int>(wanted);
+  holder.Value(daemon);
 }
 
 void DynamicParametersUpdater::UpdateCollectMetrics(const Json::Value& options) {

@@ -76,6 +76,15 @@ std::string ApplyControl(ServerBehaviour& behaviour, const std::string& line) {
   } else if (command == "answer") {
     behaviour.Answer();
     behaviour.Only("");
+  } else if (command == "port") {
+    std::istringstream nameAndState(rest);
+    std::string name;
+    std::string state;
+    if (!(nameAndState >> name >> state) || (state != "up" && state != "down")) {
+      return "error port needs a name and up or down";
+    }
+    behaviour.PortState(name, state == "up" ? ArqSwitchApi::EthState_t::LinkUp
+                                            : ArqSwitchApi::EthState_t::LinkDown);
   } else if (command == "only") {
     behaviour.Only(rest == "*" ? std::string() : rest);
   } else if (command == "calls") {

@@ -24,6 +24,7 @@ OrvoViaSwitchService::Simulator::ServerData ToServerData(
 //   close                 every call's connection is closed without a reply
 //   garbage [text]        every call is answered with bytes that are no Thrift
 //                         message (the text, if given), then the connection closes
+//   port <name> up|down   the port's state in every Ethernet information answer
 //   only <Service:Method> the behaviour above for that call only ("only *": all)
 //   answer                back to normal answers, for every call
 //   calls [prefix]        "calls <n>": the calls received so far (of that prefix)

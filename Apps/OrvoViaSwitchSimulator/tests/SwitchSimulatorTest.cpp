@@ -140,6 +140,7 @@ TEST_F(SimulatorTest, FaultsAreSwitchedThroughTheControlPort) {
   EXPECT_EQ(Control("bogus"), "error unknown command");
   EXPECT_EQ(Control("fault x"), "error fault needs a code");
   EXPECT_EQ(Control("fault 16 beyond the codes"), "error fault code is not in 0..15");
+  EXPECT_EQ(Control("port eth1 sideways"), "error port needs a name and up or down");
 
   simulator->Signal(SIGTERM);
   const auto status = simulator->WaitExit(10s);

@@ -8,6 +8,8 @@
 
 namespace Arq::Monitoring {
 
+namespace Metrics = OrvoViaSwitch::Domain::Dto::Metrics;
+
 namespace {
 // A disabled collector has nothing to do until a configuration change, which
 // wakes it at once; with a period of zero or below its wait would end at once
@@ -81,12 +83,23 @@ void MonitoringProcessor::Wake() {
 }
 
 void MonitoringProcessor::Loop() {
+  PublishHealth();
   while (!StopRequested()) {
     WaitForCollectInterval();
     if (StopRequested()) return;
-    if (!collectMetrics_) continue;
+    if (!collectMetrics_) {
+      health_.state = Metrics::CollectorState::Disabled;
+      PublishHealth();
+      continue;
+    }
     Collect();
   }
+}
+
+void MonitoringProcessor::PublishHealth() {
+  health_.collectEnabled = collectMetrics_;
+  health_.period = collectMetricsPeriod_;
+  monitoringValues.collectorHealth.Value(health_);
 }
 
 void MonitoringProcessor::WaitForCollectInterval() {
@@ -103,11 +116,52 @@ void MonitoringProcessor::WaitForCollectInterval() {
 }
 
 void MonitoringProcessor::Collect() {
+  const auto started = std::chrono::steady_clock::now();
+  bool collectorFailed = false;
   try {
     collector_->Collect(&monitoringValues);
   } catch (const std::exception& error) {
     snmp_log(LOG_ERR, "Error: %s\n", error.what());
+    collectorFailed = true;
+    health_.lastError = error.what();
   }
+  if (StopRequested()) return;  // an interrupted collection says nothing of the switch
+  const auto now = std::chrono::system_clock::now();
+
+  // The calls of this collection, as the collector recorded them (a
+  // collector that makes no switch calls, the fake one, records none).
+  std::size_t made = 0;
+  std::size_t failed = 0;
+  for (const auto& holder : monitoringValues.collectorCalls) {
+    const Metrics::CollectorCallMetric call = holder.Value();
+    if (call.outcome == Metrics::CallOutcome::NotCalled) continue;
+    ++made;
+    if (call.outcome != Metrics::CallOutcome::Ok) {
+      ++failed;
+      health_.lastError = call.lastError;
+    }
+  }
+  if (failed == 0 && !collectorFailed) {
+    health_.state = Metrics::CollectorState::Ok;
+  } else if (made > 0 && failed == made) {
+    health_.state = Metrics::CollectorState::Unreachable;
+  } else {
+    health_.state = Metrics::CollectorState::Partial;
+  }
+  const bool success = health_.state == Metrics::CollectorState::Ok;
+  const std::int64_t seconds =
+      std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
+  health_.lastCollection = seconds;
+  if (success) health_.lastSuccess = seconds;
+  health_.lastDurationMs = std::chrono::duration_cast<std::chrono::milliseconds>(
+                               std::chrono::steady_clock::now() - started)
+                               .count();
+  ++health_.collections;
+  health_.consecutiveFailures = success ? 0 : health_.consecutiveFailures + 1;
+  health_.consecutiveUnreachable = health_.state == Metrics::CollectorState::Unreachable
+                                       ? health_.consecutiveUnreachable + 1
+                                       : 0;
+  PublishHealth();
 }
 
 }  // namespace Arq::Monitoring

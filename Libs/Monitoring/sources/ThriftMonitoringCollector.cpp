@@ -13,6 +13,7 @@ namespace Arq::Monitoring {
 
 namespace Dto = OrvoViaSwitch::Domain::Dto;
 namespace Interfaces = OrvoViaSwitch::Domain::Interfaces;
+namespace Metrics = OrvoViaSwitch::Domain::Dto::Metrics;
 
 namespace {
 
@@ -20,18 +21,23 @@ namespace {
 // standard exception (a DomainException in practice) is logged and gives the
 // default result; the client, and its connection, go away in every case.
 // Once interrupted, no call is made any more.
+// `record` takes the call's outcome, its failure count and last error.
 template <typename CreateClient, typename Call>
-auto CallOnce(const std::atomic<bool>& interrupted, CreateClient&& createClient, Call&& call)
-    -> decltype(call(*createClient())) {
+auto CallOnce(const std::atomic<bool>& interrupted, Metrics::CollectorCallMetric& record,
+              CreateClient&& createClient, Call&& call) -> decltype(call(*createClient())) {
   if (interrupted) return {};
   try {
     auto client = createClient();
     client->Open();
     auto result = call(*client);
     client->Close();
+    record.outcome = Metrics::CallOutcome::Ok;
     return result;
   } catch (const std::exception& exception) {
     snmp_log(LOG_ERR, "Error: %s\n", exception.what());
+    record.outcome = Metrics::ClassifyCallFailure(exception);
+    ++record.failures;
+    record.lastError = exception.what();
     return {};
   }
 }
@@ -44,7 +50,8 @@ ThriftMonitoringCollector::ThriftMonitoringCollector(
 
 std::vector<std::string> ThriftMonitoringCollector::GetInterfaceNames() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      interrupted, calls_[0],
+      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
       [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
         return client.GetIfList(Dto::Header());
       });
@@ -53,7 +60,8 @@ std::vector<std::string> ThriftMonitoringCollector::GetInterfaceNames() {
 std::map<std::string, Dto::IfInfo> ThriftMonitoringCollector::GetInterfacesInformation(
     const std::vector<std::string>& names) {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      interrupted, calls_[1],
+      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
       [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
         return client.GetIfInfo(Dto::Header(), names);
       });
@@ -76,7 +84,8 @@ std::vector<std::string> ThriftMonitoringCollector::GetEthNames(
 std::vector<Dto::EthInfo> ThriftMonitoringCollector::GetEthernetInformation(
     const std::vector<std::string>& names) {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchEthernetProxyClient(); },
+      interrupted, calls_[2],
+      [this] { return clientFactory->CreateOrvoViaSwitchEthernetProxyClient(); },
       [&names](Interfaces::IOrvoViaSwitchEthernetClient& client) {
         return client.GetEthInfo(Dto::Header(), names);
       });
@@ -85,7 +94,8 @@ std::vector<Dto::EthInfo> ThriftMonitoringCollector::GetEthernetInformation(
 std::map<std::string, std::vector<Dto::EthCnt>> ThriftMonitoringCollector::GetEthernetCounters(
     const std::vector<std::string>& names) {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      interrupted, calls_[3],
+      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
       [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
         return client.GetEthCnt(Dto::Header(), names);
       });
@@ -94,7 +104,8 @@ std::map<std::string, std::vector<Dto::EthCnt>> ThriftMonitoringCollector::GetEt
 std::map<std::string, std::vector<Dto::EthStat>> ThriftMonitoringCollector::GetEthernetBandwidths(
     const std::vector<std::string>& names) {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      interrupted, calls_[4],
+      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
       [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
         return client.GetEthStats(Dto::Header(), names);
       });
@@ -102,7 +113,8 @@ std::map<std::string, std::vector<Dto::EthStat>> ThriftMonitoringCollector::GetE
 
 std::string ThriftMonitoringCollector::GetMainMacAddress() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
+      interrupted, calls_[5],
+      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
       [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
         return client.GetMainMacAddr(Dto::Header());
       });
@@ -110,7 +122,8 @@ std::string ThriftMonitoringCollector::GetMainMacAddress() {
 
 Dto::LldpConfig ThriftMonitoringCollector::GetLLDPConfiguration() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
+      interrupted, calls_[6],
+      [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
       [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
         return client.GetLldpConfig(Dto::Header());
       });
@@ -118,7 +131,8 @@ Dto::LldpConfig ThriftMonitoringCollector::GetLLDPConfiguration() {
 
 std::vector<Dto::LldpInfo> ThriftMonitoringCollector::GetTopology() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
+      interrupted, calls_[7],
+      [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
       [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
         return client.GetLldpInfo(Dto::Header());
       });
@@ -126,7 +140,7 @@ std::vector<Dto::LldpInfo> ThriftMonitoringCollector::GetTopology() {
 
 std::vector<Dto::PTPConfig> ThriftMonitoringCollector::GetPTPConfigurations() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchPTPProxyClient(); },
+      interrupted, calls_[8], [this] { return clientFactory->CreateOrvoViaSwitchPTPProxyClient(); },
       [](Interfaces::IOrvoViaSwitchPTPClient& client) {
         return client.GetPTPConfig(Dto::Header());
       });
@@ -134,7 +148,8 @@ std::vector<Dto::PTPConfig> ThriftMonitoringCollector::GetPTPConfigurations() {
 
 Dto::ConfigFile ThriftMonitoringCollector::GetCurrentConfiguration() {
   return CallOnce(
-      interrupted, [this] { return clientFactory->CreateOrvoViaSwitchConfigProxyClient(); },
+      interrupted, calls_[9],
+      [this] { return clientFactory->CreateOrvoViaSwitchConfigProxyClient(); },
       [](Interfaces::IOrvoViaSwitchConfigClient& client) {
         return client.GetCurrentConfig(Dto::Header());
       });
@@ -157,6 +172,9 @@ void ThriftMonitoringCollector::Collect(
   snapshot.currentConfig = GetCurrentConfiguration();
   // An interrupted collection is incomplete: the holders keep what they have.
   if (interrupted) return;
+  for (std::size_t call = 0; call < calls_.size(); ++call) {
+    values->collectorCalls[call].Value(calls_[call]);
+  }
 
   try {
     PublishSnapshot(snapshot, values);

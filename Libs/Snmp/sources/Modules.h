@@ -154,6 +154,11 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 // The standard views of the same values: IF-MIB (ifNumber, ifTable, ifXTable,
 // ifStackTable) and LLDP-MIB.
 void init_ifMib();
+
+// The collector's health group and its table of switch calls.
+void init_arqSwitchOrvoViaCollector();
+// The collector's and IF-MIB's notifications, sent from the agent's loop.
+void init_arqSwitchOrvoViaNotifications();
 void init_lldpMib();
 
 }  // namespace Arq::Snmp

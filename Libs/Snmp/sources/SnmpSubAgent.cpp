@@ -80,6 +80,7 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
   init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
   init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
+  init_arqSwitchOrvoViaCollector();
   init_ifMib();
   init_lldpMib();
 
@@ -99,6 +100,7 @@ void SnmpSubAgent::Run() {
   // The daemon has nothing to reload: a hang-up (its terminal or session
   // gone) is an orderly stop like SIGTERM, with the end line.
   signal(SIGHUP, stop_server);
+  init_arqSwitchOrvoViaNotifications();
   snmp_log(LOG_INFO, "orvovia-snmpd is up and running.\n");
 
   while (keep_running != 0) agent_check_and_process(1);

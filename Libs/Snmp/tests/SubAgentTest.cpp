@@ -131,8 +131,15 @@ TEST_F(SubAgentTest, WalksReturnEveryFixedRowOfEveryTable) {
   EXPECT_EQ(names.at(B + ".1.2.1.2.0"), "STRING: \"eth1\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.1"), "STRING: \"eth2\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.2"), "\"\"");
-  // The whole subtree: 28 scalars and every cell of the seven tables.
-  EXPECT_EQ(master->Walk(B).size(), 28u + 48 * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
+  // The whole subtree: arcs 1 to 7, 28 scalars and every cell of the seven
+  // tables; then the collector's 12 scalars and 4 columns of 10 calls.
+  std::size_t first = 0;
+  std::size_t collector = 0;
+  for (const auto& [name, value] : master->Walk(B)) {
+    (name.rfind(B + ".8.", 0) == 0 ? collector : first) += 1;
+  }
+  EXPECT_EQ(first, 28u + 48 * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
+  EXPECT_EQ(collector, 12u + 4 * 10);
 }
 
 TEST_F(SubAgentTest, PtpHardwareInfosAndLagRows) {

@@ -19,6 +19,10 @@ SnmpMaster::SnmpMaster(const std::string& dir, int pingIntervalSeconds)
                                               std::to_string(pingIntervalSeconds) + "\n");
 }
 
+void SnmpMaster::AppendConfig(const std::string& lines) {
+  WriteFile(dir_ + "/snmpd.conf", ReadFile(dir_ + "/snmpd.conf") + lines);
+}
+
 SnmpMaster::~SnmpMaster() {
   Stop();
 }

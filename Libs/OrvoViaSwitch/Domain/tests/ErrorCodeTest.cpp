@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/ErrorCode.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Arq/OrvoViaSwitch/Domain/Exception/DomainException.h"
 
 namespace {
@@ -54,6 +55,31 @@ TEST(DomainExceptionTest, KeepsGivenCodeAndOwnsItsMessage) {
 
 TEST(DomainExceptionTest, NullMessageIsALogicError) {
   EXPECT_THROW(DomainException(nullptr), std::logic_error);
+}
+
+// The switch client's failure texts (as the transport and protocol give
+// them) map onto the call outcomes of the MIB.
+TEST(DomainExceptionTest, FailuresClassifyIntoCallOutcomes) {
+  using Arq::OrvoViaSwitch::Domain::Dto::Metrics::CallOutcome;
+  using Arq::OrvoViaSwitch::Domain::Dto::Metrics::ClassifyCallFailure;
+  const struct {
+    DomainException failure;
+    CallOutcome outcome;
+  } cases[] = {
+      {DomainException("locked", ErrorCode::InvalidArgument), CallOutcome::Fault},
+      {DomainException("TException - service has thrown: Fault_t(ErrCode=2)"), CallOutcome::Fault},
+      {DomainException("THRIFT_EAGAIN (timed out)"), CallOutcome::Timeout},
+      {DomainException("open() timed out"), CallOutcome::Timeout},
+      {DomainException("socket open() error: Connection refused"), CallOutcome::ConnectionRefused},
+      {DomainException("No more data to read."), CallOutcome::TransportError},
+      {DomainException("Bad version identifier"), CallOutcome::BadReply},
+      {DomainException("reply larger than 64 MiB once read"), CallOutcome::BadReply},
+      {DomainException("MaxMessageSize reached"), CallOutcome::BadReply},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ClassifyCallFailure(c.failure), c.outcome) << c.failure.what();
+  }
+  EXPECT_EQ(ClassifyCallFailure(std::runtime_error("anything else")), CallOutcome::TransportError);
 }
 
 }  // namespace

@@ -176,6 +176,7 @@ class EthernetHandler : public api::EthernetIf, Handler {
                   const std::vector<std::string>& names) override {
     behaviour->Enter("Ethernet:GetEthInfo", h, names);
     out = Data()->ethInfos;
+    behaviour->OverridePortStates(out);
   }
   void GetHardwareDesc(std::vector<api::HwDesc_t>& out, const api::Header_t& h) override {
     behaviour->Enter("Ethernet:GetHardwareDesc", h);

@@ -78,6 +78,19 @@ void ServerBehaviour::Only(const std::string& call) {
   target = call;
 }
 
+void ServerBehaviour::PortState(const std::string& port, ArqSwitchApi::EthState_t::type state) {
+  std::lock_guard<std::mutex> lock(mutex);
+  portStates[port] = state;
+}
+
+void ServerBehaviour::OverridePortStates(std::vector<ArqSwitchApi::EthInfo_t>& infos) const {
+  std::lock_guard<std::mutex> lock(mutex);
+  for (auto& info : infos) {
+    const auto state = portStates.find(info.EthName);
+    if (state != portStates.end()) info.__set_State(state->second);
+  }
+}
+
 void ServerBehaviour::Release() {
   {
     std::lock_guard<std::mutex> lock(mutex);

@@ -43,6 +43,8 @@ class MonitoringProcessor : public Worker::StoppableWorker,
   void WaitForCollectInterval();
   void Collect();
   void Wake();
+  // Stores the health record, with the options in force, into the values set.
+  void PublishHealth();
 
   // Plain fields: written by the configuring thread, read by the collection
   // thread after the wake-up the write causes.
@@ -54,6 +56,8 @@ class MonitoringProcessor : public Worker::StoppableWorker,
   std::condition_variable wakeCondition_;
   bool wake_ = false;
   std::mutex stopMutex_;
+  // The collector's health, kept and published by the collection thread only.
+  OrvoViaSwitch::Domain::Dto::Metrics::CollectorHealthMetric health_;
 };
 
 }  // namespace Arq::Monitoring

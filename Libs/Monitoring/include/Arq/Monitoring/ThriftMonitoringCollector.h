@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <map>
 #include <memory>
@@ -14,6 +15,7 @@
 #include "Arq/OrvoViaSwitch/Domain/Dto/IfInfo.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/LldpConfig.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/LldpInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/PTPConfig.h"
 #include "Arq/OrvoViaSwitch/Domain/Interfaces/IOrvoViaSwitchMonitoringClientFactory.h"
 
@@ -58,6 +60,10 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
   std::unique_ptr<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchMonitoringClientFactory>
       clientFactory;
   std::atomic<bool> interrupted{false};
+  // The ten calls' records, in call order, published after each collection.
+  std::array<OrvoViaSwitch::Domain::Dto::Metrics::CollectorCallMetric,
+             OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallCount>
+      calls_{};
 };
 
 }  // namespace Arq::Monitoring

@@ -24,6 +24,8 @@ class SnmpMaster {
   bool Start(std::chrono::milliseconds timeout = std::chrono::seconds(15));
   void Stop();
   bool IsRunning();
+  // Adds lines to snmpd.conf, for the next Start().
+  void AppendConfig(const std::string& lines);
 
   int Port() const { return port_; }
   const std::string& Dir() const { return dir_; }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
 #include <sstream>
 #include <string>
@@ -34,6 +35,10 @@ class ServerBehaviour {
   // Limits the configured behaviour to one call ("Interfaces:GetCnt"); the
   // other calls answer normally. Empty: every call.
   void Only(const std::string& call);
+  // Serves the port's state as `state` from now on, whatever the data says.
+  void PortState(const std::string& port, ArqSwitchApi::EthState_t::type state);
+  // Applies the port states set so far to an Ethernet information answer.
+  void OverridePortStates(std::vector<ArqSwitchApi::EthInfo_t>& infos) const;
   // Ends every delay under way and refuses new ones (teardown).
   void Release();
 
@@ -73,6 +78,7 @@ class ServerBehaviour {
   std::string text;
   std::chrono::milliseconds delay{0};
   std::string target;
+  std::map<std::string, ArqSwitchApi::EthState_t::type> portStates;
   std::vector<std::string> calls;
   std::vector<ArqSwitchApi::Header_t> headers;
 };

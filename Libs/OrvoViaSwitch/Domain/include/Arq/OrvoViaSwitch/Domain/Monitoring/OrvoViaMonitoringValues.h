@@ -5,6 +5,7 @@
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/LldpConfig.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/LldpInfo.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/Metrics.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/MonitoringValueThreadSafe.h"
 
@@ -52,6 +53,15 @@ struct OrvoViaMonitoringValues_s {
       lAGInterfaceDetails;
   std::array<MonitoringValueThreadSafe<Dto::LldpInfo>, kMaxLLDPInfos> lLDPNeighbourTlvs;
   MonitoringValueThreadSafe<Dto::LldpConfig> lLDPLocalConfig;
+
+  // The collector's own health (written by the collection thread), the ten
+  // switch calls (by the collector), the daemon (at start-up, and the log
+  // level by the options-file updater).
+  MonitoringValueThreadSafe<Dto::Metrics::CollectorHealthMetric> collectorHealth;
+  std::array<MonitoringValueThreadSafe<Dto::Metrics::CollectorCallMetric>,
+             Dto::Metrics::kCollectorCallCount>
+      collectorCalls;
+  MonitoringValueThreadSafe<Dto::Metrics::DaemonMetric> daemon;
 };
 
 }  // namespace Arq::OrvoViaSwitch::Domain::Monitoring
