@@ -181,8 +181,8 @@ struct IfXTableCells {
         SetCounter64(var, Value(row, kHc[column - 6]));
         break;
       case 14:
-        SetInteger(var, 2);
-        break;  // ifLinkUpDownTrapEnable: no traps are sent
+        SetInteger(var, 1);
+        break;  // ifLinkUpDownTrapEnable: linkUp/linkDown are sent for every row
       case 15:
         SetUnsigned(var, ASN_GAUGE, row.speedMbps);
         break;
