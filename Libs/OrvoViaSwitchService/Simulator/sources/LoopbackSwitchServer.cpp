@@ -428,7 +428,9 @@ LoopbackSwitchServer::LoopbackSwitchServer(DataSource source, PortRange range, i
     throw std::runtime_error("loopback server: port " + std::to_string(fixedPort) + " is in use");
   }
   std::mt19937 random(std::random_device{}());
-  std::uniform_int_distribution<int> highPorts(32768, 65535);
+  // Above 32767, and above Linux's default range for outgoing connections
+  // (32768-60999), so that a port is seldom taken by a connection of the moment.
+  std::uniform_int_distribution<int> highPorts(61000, 65535);
   for (int attempt = 0; attempt < 50; ++attempt) {
     if (TryStart(range == PortRange::Any ? 0 : highPorts(random))) {
       return;
