@@ -100,7 +100,8 @@ TEST_F(MonitoringToolsTest, ExporterReadsBothShippedModulesExactlyAndNoRowWithou
   EXPECT_EQ(unreachable.At(
                 R"(arqSwitchOrvoViaCollectorState{arqSwitchOrvoViaCollectorState="unreachable"})"),
             1);
-  const std::regex row("arqSwitchOrvoVia(Ptp|Prs|Hw|Lag[123]Port|LAG[123]Interface(Status|VlanId|Nb)).*");
+  const std::regex row(
+      "arqSwitchOrvoVia(Ptp|Prs|Hw|Lag[123]Port|LAG[123]Interface(Status|VlanId|Nb)).*");
   for (const auto& sample : unreachable.samples)
     EXPECT_FALSE(std::regex_match(sample.first, row)) << sample.first;
   EXPECT_EQ(ScrapeExporter("if_mib").At("ifNumber"), 0);
