@@ -183,6 +183,11 @@ int main(int argc, char** argv) {
                  argv[0], argv[0], argv[0]);
     return 2;
   }
+  const int count = std::atoi(argv[argc - 1]);
+  if (count < 1) {
+    std::fprintf(stderr, "%s: the count must be 1 or more, not %s\n", argv[0], argv[argc - 1]);
+    return 2;
+  }
   init_snmp("arq-snmp-probe");
   netsnmp_session settings;
   snmp_sess_init(&settings);
@@ -196,13 +201,12 @@ int main(int argc, char** argv) {
   const Oid id = Parse(argv[3]);
   int status = 0;
   if (mode == "get") {
-    status = Get(session, id, std::atoi(argv[4]));
+    status = Get(session, id, count);
   } else if (mode == "walk") {
-    status = Throughput("walk", std::atoi(argv[4]), [&] { return Walk(session, id); });
+    status = Throughput("walk", count, [&] { return Walk(session, id); });
   } else {
     const auto firstColumn = static_cast<oid>(std::atol(argv[4]));
-    status = Throughput("table", std::atoi(argv[5]),
-                        [&] { return ReadColumns(session, id, firstColumn); });
+    status = Throughput("table", count, [&] { return ReadColumns(session, id, firstColumn); });
   }
   snmp_close(session);
   return status;
