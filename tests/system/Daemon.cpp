@@ -1,9 +1,10 @@
 #include "Daemon.h"
 
+#include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/wait.h>
 
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 namespace Arq::SystemTests {
@@ -47,14 +48,6 @@ std::string DaemonSetup::Stderr() const {
   return TestSupport::ReadFile(dir_.File("daemon.err"));
 }
 
-std::vector<std::string> DaemonSetup::StdoutLines() const {
-  std::vector<std::string> lines;
-  std::istringstream in(Stdout());
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return lines;
-}
-
 std::string DaemonSetup::Get(const std::string& arcs) const {
   return master_->Get(Base() + "." + arcs);
 }
@@ -70,6 +63,18 @@ std::optional<int> DaemonSetup::StopDaemon(int signal, std::chrono::milliseconds
   auto status = daemon_->WaitExit(timeout);
   if (!status) daemon_->Signal(SIGKILL);
   return status;
+}
+
+void DaemonSetup::ExpectOrderlyStop(int signal, std::chrono::milliseconds timeout,
+                                    bool endLineLast) {
+  const auto status = StopDaemon(signal, timeout);
+  ASSERT_TRUE(status) << "still running after " << timeout.count() << " ms";
+  ASSERT_TRUE(WIFEXITED(*status)) << "ended by signal " << WTERMSIG(*status);
+  EXPECT_EQ(WEXITSTATUS(*status), 0);
+  EXPECT_THAT(Stderr(), testing::HasSubstr("orvovia-snmpd is shutdowning.\n"));
+  EXPECT_THAT(Stderr(), testing::HasSubstr("MonitoringProcessor Closed\n"));
+  if (!endLineLast) return;
+  EXPECT_THAT(Stdout(), testing::EndsWith("\n--- The End With Exit Code: (0) ---\n"));
 }
 
 }  // namespace Arq::SystemTests

@@ -32,13 +32,16 @@ class DaemonSetup {
   TestSupport::ChildProcess& Daemon() { return *daemon_; }
   std::string Stdout() const;
   std::string Stderr() const;
-  std::vector<std::string> StdoutLines() const;
   // The answer for B.<arcs>, e.g. "Counter32: 16".
   std::string Get(const std::string& arcs) const;
   bool WaitForGet(const std::string& arcs, const std::string& expected,
                   std::chrono::milliseconds timeout) const;
   // SIGTERM (or another signal) and the exit status, if it ended in time.
   std::optional<int> StopDaemon(int signal, std::chrono::milliseconds timeout);
+  // Stops the daemon with `signal` and expects an orderly end within
+  // `timeout`: status 0, the agent and the processor closed, and (unless
+  // told otherwise) the end line last on standard output.
+  void ExpectOrderlyStop(int signal, std::chrono::milliseconds timeout, bool endLineLast = true);
 
  private:
   TestSupport::TempDir dir_;
