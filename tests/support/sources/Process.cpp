@@ -1,5 +1,7 @@
 #include "Arq/TestSupport/Process.h"
 
+#include "Arq/TestSupport/TempDir.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -9,7 +11,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -18,34 +19,6 @@
 
 namespace Arq::TestSupport {
 namespace {
-
-std::vector<char*> ArgvPointers(const std::vector<std::string>& argv) {
-  std::vector<char*> pointers;
-  pointers.reserve(argv.size() + 1);
-  for (const auto& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-// Runs in the child between fork and exec: only async-signal-safe calls.
-[[noreturn]] void ExecChild(std::vector<char*>& argv, const std::map<std::string, std::string>& env,
-                            int outputFd, bool mergeStderr, int errorFd = -1) {
-  for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
-  dup2(outputFd, STDOUT_FILENO);
-  if (errorFd >= 0) {
-    dup2(errorFd, STDERR_FILENO);
-  } else if (mergeStderr) {
-    dup2(outputFd, STDERR_FILENO);
-  }
-  if (outputFd > STDERR_FILENO) close(outputFd);
-  int devNull = open("/dev/null", O_RDONLY);
-  if (devNull >= 0) {
-    dup2(devNull, STDIN_FILENO);
-    close(devNull);
-  }
-  execvp(argv[0], argv.data());
-  _exit(127);
-}
 
 std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
@@ -88,17 +61,26 @@ long PeakResidentKb(pid_t pid) {
 
 ChildProcess::ChildProcess(const std::vector<std::string>& argv,
                            const std::map<std::string, std::string>& env,
-                           const std::string& outputPath, const std::string& errorPath)
-    : outputPath_(outputPath) {
+                           const std::string& outputPath, const std::string& errorPath) {
   const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
   const int fd = open(outputPath.c_str(), flags, 0644);
   if (fd < 0) throw std::runtime_error("cannot open " + outputPath);
-  const int errorFd = errorPath.empty() ? -1 : open(errorPath.c_str(), flags, 0644);
-  auto pointers = ArgvPointers(argv);
+  const int errorFd = errorPath.empty() ? fd : open(errorPath.c_str(), flags, 0644);
+  std::vector<char*> pointers;
+  for (const auto& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
+  pointers.push_back(nullptr);
   pid_ = fork();
-  if (pid_ == 0) ExecChild(pointers, env, fd, true, errorFd);
+  if (pid_ == 0) {
+    // In the child until exec: the descriptors opened here close at exec.
+    for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
+    dup2(fd, STDOUT_FILENO);
+    dup2(errorFd, STDERR_FILENO);
+    dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    execvp(pointers[0], pointers.data());
+    _exit(127);
+  }
   close(fd);
-  if (errorFd >= 0) close(errorFd);
+  if (errorFd != fd) close(errorFd);
   if (pid_ < 0) throw std::runtime_error("fork failed");
 }
 
@@ -127,47 +109,14 @@ std::optional<int> ChildProcess::WaitExit(std::chrono::milliseconds timeout) {
 CommandResult RunCommand(const std::vector<std::string>& argv,
                          const std::map<std::string, std::string>& env,
                          std::chrono::milliseconds timeout, bool mergeStderr) {
-  int fds[2];
-  if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
-  auto pointers = ArgvPointers(argv);
-  const pid_t pid = fork();
-  if (pid == 0) {
-    close(fds[0]);
-    ExecChild(pointers, env, fds[1], mergeStderr);
-  }
-  close(fds[1]);
-  if (pid < 0) {
-    close(fds[0]);
-    throw std::runtime_error("fork failed");
-  }
+  const TempDir dir("arq-command");
   CommandResult result;
-  const auto deadline = std::chrono::steady_clock::now() + timeout;
-  fcntl(fds[0], F_SETFL, O_NONBLOCK);
-  char buffer[4096];
-  bool open = true;
-  while (open && std::chrono::steady_clock::now() < deadline) {
-    const ssize_t n = read(fds[0], buffer, sizeof buffer);
-    if (n > 0) {
-      result.output.append(buffer, static_cast<size_t>(n));
-    } else if (n == 0) {
-      open = false;
-    } else if (errno == EAGAIN || errno == EINTR) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    } else {
-      open = false;
-    }
-  }
-  close(fds[0]);
-  const auto remaining = std::chrono::duration_cast<std::chrono::milliseconds>(
-      deadline - std::chrono::steady_clock::now());
-  auto status = WaitWithDeadline(pid, std::max(remaining, std::chrono::milliseconds(0)));
-  if (!status) {
-    kill(pid, SIGKILL);
-    WaitWithDeadline(pid, std::chrono::seconds(5));
-    result.status = -1;
-  } else {
-    result.status = *status;
-  }
+  {
+    ChildProcess child(argv, env, dir.File("output"), mergeStderr ? "" : "/dev/null");
+    const auto status = child.WaitExit(timeout);
+    result.status = status ? *status : -1;
+  }  // killed and reaped here when it did not end in time
+  result.output = ReadFile(dir.File("output"));
   return result;
 }
 
