@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Arq/Logging/Loader/Loggers.h"
+#include "Arq/Monitoring/MonitoringProcessor.h"
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
 #include "Arq/TestSupport/CapturedOutput.h"
 #include "Arq/TestSupport/TempDir.h"
@@ -20,12 +21,12 @@ using Arq::OrvoViaSwitchMonitoring::DynamicParametersUpdater;
 class RecordingConfigurator : public Arq::Monitoring::IMonitoringProcessorConfigurator {
  public:
   void SetCollectMetrics(bool value) override {
-    calls.push_back(std::string("SetCollectMetrics ") + (value ? "true" : "false"));
+    calls.push_back(std::string("Collect ") + (value ? "true" : "false"));
     collect = value;
   }
   bool IsCollectMetrics() override { return collect; }
   void SetCollectMetricsPeriod(int seconds) override {
-    calls.push_back("SetCollectMetricsPeriod " + std::to_string(seconds));
+    calls.push_back("Period " + std::to_string(seconds));
     period = seconds;
   }
   int GetCollectMetricsPeriod() override { return period; }
@@ -58,7 +59,9 @@ TEST(DynamicParametersUpdaterTest, ChangesAreLoggedAndAppliedAndNothingElseIs) {
   Loggers::GetInstance().SetLoggingLevel(ILogger::Warning);
   auto configurator = std::make_shared<RecordingConfigurator>();
   DynamicParametersUpdater updater(configurator);
-  const std::string prefix = "Warning Logging Level Transition from ";
+  const std::string level = "Warning Logging Level Transition from ";
+  const std::string collect = "Warning Collect Metrics Transition from ";
+  const std::string period = "Warning Collect Metrics Period Transition from ";
   const std::string unchanged[] = {
       R"({"SwitchMonitoringControl":{"DebugLevel":"Debug","CollectMetrics":false,"CollectMetricsPeriod":-5}})",
       R"({"SwitchMonitoringControl":{"CollectMetrics":"True","CollectMetricsPeriod":"7"}})",
@@ -74,27 +77,18 @@ TEST(DynamicParametersUpdaterTest, ChangesAreLoggedAndAppliedAndNothingElseIs) {
     ILogger::Level level;
   };
   std::vector<Step> steps{
-      {R"("DebugLevel":"Debug")", {prefix + "Warning to Debug"}, {}, ILogger::Debug},
-      {R"("CollectMetrics":false)",
-       {"Warning Collect Metrics Transition from True to False"},
-       {"SetCollectMetrics false"},
-       ILogger::Debug},
-      {R"("CollectMetricsPeriod":0)",
-       {"Warning Collect Metrics Period Transition from 5 to 0"},
-       {"SetCollectMetricsPeriod 0"},
-       ILogger::Debug},
-      {R"("CollectMetricsPeriod":-5)",
-       {"Warning Collect Metrics Period Transition from 0 to -5"},
-       {"SetCollectMetricsPeriod -5"},
-       ILogger::Debug}};
+      {R"("DebugLevel":"Debug")", {level + "Warning to Debug"}, {}, ILogger::Debug},
+      {R"("CollectMetrics":false)", {collect + "True to False"}, {"Collect false"}, ILogger::Debug},
+      {R"("CollectMetricsPeriod":0)", {period + "5 to 0"}, {"Period 0"}, ILogger::Debug},
+      {R"("CollectMetricsPeriod":-5)", {period + "0 to -5"}, {"Period -5"}, ILogger::Debug}};
   for (const auto& document : unchanged) steps.push_back({document, {}, {}, ILogger::Debug});
   // Above Warning, collection changes pass silently; level changes never do.
-  steps.push_back({R"("DebugLevel":"Error")", {prefix + "Debug to Error"}, {}, ILogger::Error});
-  steps.push_back({R"("CollectMetrics":true)", {}, {"SetCollectMetrics true"}, ILogger::Error});
-  steps.push_back({R"("DebugLevel":"debug")", {prefix + "Error to NoLog"}, {}, ILogger::NoLog});
-  steps.push_back({R"("DebugLevel":"Fatal")", {prefix + "NoLog to Fatal"}, {}, ILogger::Fatal});
-  steps.push_back({R"("DebugLevel":"Trace")", {prefix + "Fatal to Trace"}, {}, ILogger::Trace});
-  steps.push_back({R"("DebugLevel":"Info")", {prefix + "Trace to Info"}, {}, ILogger::Info});
+  steps.push_back({R"("DebugLevel":"Error")", {level + "Debug to Error"}, {}, ILogger::Error});
+  steps.push_back({R"("CollectMetrics":true)", {}, {"Collect true"}, ILogger::Error});
+  steps.push_back({R"("DebugLevel":"debug")", {level + "Error to NoLog"}, {}, ILogger::NoLog});
+  steps.push_back({R"("DebugLevel":"Fatal")", {level + "NoLog to Fatal"}, {}, ILogger::Fatal});
+  steps.push_back({R"("DebugLevel":"Trace")", {level + "Fatal to Trace"}, {}, ILogger::Trace});
+  steps.push_back({R"("DebugLevel":"Info")", {level + "Trace to Info"}, {}, ILogger::Info});
   const std::regex format(R"(^\S+ (\w+) DynamicParametersUpdater: (.*) \(\S+:\d+\)$)");
   for (const auto& step : steps) {
     SCOPED_TRACE(step.document);
@@ -115,6 +109,9 @@ TEST(DynamicParametersUpdaterTest, ChangesAreLoggedAndAppliedAndNothingElseIs) {
     EXPECT_EQ(messages, step.lines);
     EXPECT_EQ(configurator->calls, step.calls);
     EXPECT_EQ(Loggers::GetInstance().GetLoggingLevel(), step.level);
+    // The level in force is published with the collector's health.
+    EXPECT_EQ(Arq::Monitoring::MonitoringProcessor::monitoringValues.daemon.Value().logLevel,
+              static_cast<int>(step.level));
   }
   EXPECT_EQ(DynamicParametersUpdater::ToString(static_cast<ILogger::Level>(7)), "Unknown");
 }
