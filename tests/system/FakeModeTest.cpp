@@ -39,19 +39,15 @@ TEST(FakeModeTest, OneDaemonThroughOptionsFaultsAndAMasterRestart) {
                      "log_level:NoLog", "data_setup_folder:" + folder});
   // One period for the first collection, one more at most for the agent.
   ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 4s)) << setup.Stderr();
+  // clang-format off
   const std::pair<const char*, const char*> values[] = {
-      {"2.1.0", "Counter32: 2"},
-      {"3.1.0", "Counter32: 2"},
-      {"5.1.0", "Counter32: 6"},
-      {"7.1.0", "Counter32: 2"},
-      {"1.2.1.2.0", "STRING: \"eth1\""},
+      {"2.1.0", "Counter32: 2"}, {"3.1.0", "Counter32: 2"}, {"5.1.0", "Counter32: 6"},
+      {"7.1.0", "Counter32: 2"}, {"1.2.1.2.0", "STRING: \"eth1\""},
       {"2.2.1.2.1", "STRING: \"prs2\""},
-      {"3.2.1.2.1", "INTEGER: 127"},
-      {"4.1.0", "STRING: \"02:a0:c9:00:00:01\""},
-      {"5.2.1.5.0", "STRING: \"core-sw-01\""},
-      {"6.1.0", "STRING: \"studio-b-2026-11.cfg\""},
-      {"7.2.1.0", "STRING: \"lag1\""},
-      {"7.2.6.1.2.1", "STRING: \"eth22\""}};
+      {"3.2.1.2.1", "INTEGER: 127"}, {"4.1.0", "STRING: \"02:a0:c9:00:00:01\""},
+      {"5.2.1.5.0", "STRING: \"core-sw-01\""}, {"6.1.0", "STRING: \"studio-b-2026-11.cfg\""},
+      {"7.2.1.0", "STRING: \"lag1\""}, {"7.2.6.1.2.1", "STRING: \"eth22\""}};
+  // clang-format on
   for (const auto& [arcs, expected] : values) EXPECT_EQ(setup.Get(arcs), expected) << arcs;
   const std::string out = setup.Stdout();
   EXPECT_THAT(out, HasSubstr(" Info OrvoViaSwitchMonitoring: * OrvoViaSwitchMonitoring started, "

@@ -203,20 +203,14 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
   const long long started = now();
   StartDaemon({"remote_ms_receive_timeout:2000", "collect_metrics_period:30"});
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 5", 10s)) << setup.Stderr();
-  ExpectGets({{"8.2.0", "Gauge32: 0"},
-              {"8.3.0", "Gauge32: 0"},
-              {"8.4.0", "Gauge32: 0"},
-              {"8.5.0", "Counter32: 0"},
-              {"8.6.0", "Gauge32: 0"},
-              {"8.7.0", "INTEGER: 1"},
-              {"8.8.0", "INTEGER: 30"},
-              {"8.9.0", "INTEGER: 40"},
-              {"8.10.0", "\"\""},
-              {"8.11.0", "STRING: \"2.2.23\""},
-              {"8.13.1.2.1", "STRING: \"Interfaces:GetIfList\""},
-              {"8.13.1.2.10", "STRING: \"Config:GetCurrentConfig\""},
-              {"8.13.1.3.1", "INTEGER: 7"},
-              {"8.13.1.4.1", "Counter32: 0"}});
+  // clang-format off
+  ExpectGets({{"8.2.0", "Gauge32: 0"}, {"8.3.0", "Gauge32: 0"}, {"8.4.0", "Gauge32: 0"},
+              {"8.5.0", "Counter32: 0"}, {"8.6.0", "Gauge32: 0"}, {"8.7.0", "INTEGER: 1"},
+              {"8.8.0", "INTEGER: 30"}, {"8.9.0", "INTEGER: 40"}, {"8.10.0", "\"\""},
+              {"8.11.0", "STRING: \"2.2.23\""}, {"8.13.1.3.1", "INTEGER: 7"},
+              {"8.13.1.4.1", "Counter32: 0"}, {"8.13.1.2.1", "STRING: \"Interfaces:GetIfList\""},
+              {"8.13.1.2.10", "STRING: \"Config:GetCurrentConfig\""}});
+  // clang-format on
   EXPECT_GE(seconds("8.12.0"), started);
   EXPECT_LE(seconds("8.12.0"), now());
 
@@ -233,24 +227,19 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
   // The switch comes up: ok, one recovery, its data in every table.
   StartSimulator();
   ASSERT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 16", 10s)) << setup.Stderr();
-  ExpectGets({{"2.1.0", "Counter32: 2"},
-              {"3.1.0", "Counter32: 2"},
-              {"5.1.0", "Counter32: 6"},
-              {"7.1.0", "Counter32: 2"},
-              {"1.2.1.2.15", "STRING: \"eth16\""},
-              {"1.2.1.8.0", "INTEGER: 2"},  // 10G, coded plus one
-              {"2.2.1.6.0", "STRING: \"eth17\""},
-              {"3.2.1.3.0", "INTEGER: 1"},  // IEEE
-              {"4.2.0", "STRING: \"Arq OrvoVia-24 media\""},
+  // clang-format off
+  // 1.2.1.8: the speed, 10G coded plus one; 3.2.1.3: 1 is IEEE.
+  ExpectGets({{"2.1.0", "Counter32: 2"}, {"3.1.0", "Counter32: 2"}, {"5.1.0", "Counter32: 6"},
+              {"7.1.0", "Counter32: 2"}, {"1.2.1.2.15", "STRING: \"eth16\""},
+              {"1.2.1.8.0", "INTEGER: 2"}, {"3.2.1.3.0", "INTEGER: 1"},
+              {"2.2.1.6.0", "STRING: \"eth17\""}, {"4.2.0", "STRING: \"Arq OrvoVia-24 media\""},
               {"4.6.0", "STRING: \"SN OV24-0000001\""},
-              {"5.2.1.6.3", "STRING: \"8c:1f:64:52:0b:03\""},
-              {"5.2.1.8.3", "STRING: \"8c:1f:64:52:0b:04\""},
               {"6.1.0", "STRING: \"studio-b-2026-11.cfg\""},
-              {"7.3.1.0", "STRING: \"lag2\""},
-              {"7.3.6.1.2.1", "STRING: \"eth24\""},
-              {"8.1.0", "INTEGER: 1"},
-              {"8.6.0", "Gauge32: 0"},
-              {"8.13.1.3.8", "INTEGER: 1"}});
+              {"5.2.1.6.3", "STRING: \"8c:1f:64:52:0b:03\""},
+              {"5.2.1.8.3", "STRING: \"8c:1f:64:52:0b:04\""}, {"7.3.1.0", "STRING: \"lag2\""},
+              {"7.3.6.1.2.1", "STRING: \"eth24\""}, {"8.1.0", "INTEGER: 1"},
+              {"8.6.0", "Gauge32: 0"}, {"8.13.1.3.8", "INTEGER: 1"}});
+  // clang-format on
   EXPECT_GE(seconds("8.3.0"), started);
   EXPECT_LE(seconds("8.3.0"), now());
   ASSERT_TRUE(WaitUntil([&] { return count(recovered) == 1; }, 10s)) << ReadFile(traps);
@@ -261,12 +250,11 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
   EXPECT_EQ(Control("only LLDP:GetInfo"), "ok");
   EXPECT_EQ(Control("fault 3 neighbour table locked"), "ok");
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 2", 10s));
-  ExpectGets({{"8.13.1.2.8", "STRING: \"LLDP:GetInfo\""},
-              {"8.13.1.3.8", "INTEGER: 2"},
-              {"8.13.1.5.8", "STRING: \"neighbour table locked\""},
-              {"8.13.1.3.7", "INTEGER: 1"},
-              {"8.13.1.4.7", failures7},
-              {"8.10.0", "STRING: \"neighbour table locked\""}});
+  // clang-format off
+  ExpectGets({{"8.13.1.2.8", "STRING: \"LLDP:GetInfo\""}, {"8.13.1.3.8", "INTEGER: 2"},
+              {"8.13.1.5.8", "STRING: \"neighbour table locked\""}, {"8.13.1.3.7", "INTEGER: 1"},
+              {"8.13.1.4.7", failures7}, {"8.10.0", "STRING: \"neighbour table locked\""}});
+  // clang-format on
   EXPECT_NE(setup.Get("8.13.1.4.8"), failures8);
   EXPECT_NE(setup.Get("8.6.0"), "Gauge32: 0");
 
@@ -390,58 +378,34 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
   };
+  // clang-format off
   const Case cases[] = {
       {"full-capacity.json",
-       {{"1.1.0", "Counter32: 48"},
-        {"2.1.0", "Counter32: 24"},
-        {"3.1.0", "Counter32: 5"},
-        {"5.1.0", "Counter32: 60"},
-        {"7.1.0", "Counter32: 3"},
-        {"1.2.1.2.47", "STRING: \"eth48\""},
-        {"2.2.1.2.23", "STRING: \"prs24\""},
-        {"3.2.1.2.4", "INTEGER: 4"},
-        {"5.2.1.5.59", "STRING: \"peer-60\""},
-        {"5.2.1.6.59", "STRING: \"00:1b:21:00:00:3c\""},
-        {"5.2.1.7.59", "IpAddress: 198.51.100.60"},
-        {"5.2.1.10.59", "INTEGER: 120"},
-        {"7.4.1.0", "STRING: \"lag3\""},
-        {"7.4.6.1.2.5", "STRING: \"3/18\""}},
-       full,
-       fullManagement,
-       {},
-       {}},
-      {raw,
-       {},
-       {{"4.0.1003.1", "INTEGER: 4"},
-        {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
-        {"11.0.1003.1", "STRING: \"(@\""},  // bits 2, 4 and 9
-        {"12.0.1003.1", "STRING: \" \""}},
+       {{"1.1.0", "Counter32: 48"}, {"2.1.0", "Counter32: 24"}, {"3.1.0", "Counter32: 5"},
+        {"5.1.0", "Counter32: 60"}, {"7.1.0", "Counter32: 3"}, {"1.2.1.2.47", "STRING: \"eth48\""},
+        {"2.2.1.2.23", "STRING: \"prs24\""}, {"3.2.1.2.4", "INTEGER: 4"},
+        {"5.2.1.5.59", "STRING: \"peer-60\""}, {"5.2.1.6.59", "STRING: \"00:1b:21:00:00:3c\""},
+        {"5.2.1.7.59", "IpAddress: 198.51.100.60"}, {"5.2.1.10.59", "INTEGER: 120"},
+        {"7.4.1.0", "STRING: \"lag3\""}, {"7.4.6.1.2.5", "STRING: \"3/18\""}},
+       full, fullManagement, {}, {}},
+      {raw, {},
+       {{"4.0.1003.1", "INTEGER: 4"}, {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
+        {"11.0.1003.1", "STRING: \"(@\""} /* bits 2, 4 and 9 */, {"12.0.1003.1", "STRING: \" \""}},
        {{"3" + v6, "INTEGER: 3"}, {"4" + v6, "INTEGER: 7"}, {"5" + v6, "OID: .1.3.6.1"}},
-       {{"1005", "STRING: \"1/5\""},
-        {"1000000", "STRING: \"xe-a\""},
+       {{"1005", "STRING: \"1/5\""}, {"1000000", "STRING: \"xe-a\""},
         {"1000001", "STRING: \"xe-b\""}},
        {}},
-      {scenario("changed.json", {"xe-new", "xe-b"}, ""),
-       {},
-       {},
-       {},
-       {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}},
-       {}},
+      {scenario("changed.json", {"xe-new", "xe-b"}, ""), {}, {}, {},
+       {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}}, {}},
+      // Every listed interface of a type counts; an inconsistent one is served
+      // empty; a neighbour with a truncated chassis id has an empty name.
       {"inconsistent.json",
-       // Every listed interface of a type counts; an inconsistent one is served empty.
-       {{"1.1.0", "Counter32: 7"},
-        {"1.2.1.2.0", "STRING: \"eth-ok\""},
-        {"1.2.1.2.1", "\"\""},
-        {"2.1.0", "Counter32: 4"},
-        {"7.1.0", "Counter32: 3"}},
-       {{"9.0.1001.1", "\"\""},  // truncated chassis id, empty name
-        {"4.0.9099.2", "INTEGER: 6"},
-        {"5.0.9099.2", "STRING: \"mgmt0\""},
-        {"6.0.9099.2", "INTEGER: 7"},
-        {"7.0.9099.2", "STRING: \"port-7\""},
+       {{"1.1.0", "Counter32: 7"}, {"1.2.1.2.0", "STRING: \"eth-ok\""}, {"1.2.1.2.1", "\"\""},
+        {"2.1.0", "Counter32: 4"}, {"7.1.0", "Counter32: 3"}},
+       {{"9.0.1001.1", "\"\""}, {"4.0.9099.2", "INTEGER: 6"}, {"5.0.9099.2", "STRING: \"mgmt0\""},
+        {"6.0.9099.2", "INTEGER: 7"}, {"7.0.9099.2", "STRING: \"port-7\""},
         {"9.0.9099.2", "STRING: \"not-on-this-switch\""}},
-       {},
-       {},
+       {}, {},
        {"Duplicate Ethernet Name: 3/12 for Interface Name: lag-twice",
         "Inconsistent Number of Ethernet (1/2) for Interface Name: eth-two-ports",
         "Missing Ethernet Info with Name: 1/4 for Interface Name: eth-no-info",
@@ -450,6 +414,7 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
         "Inconsistent Number of Ethernet (2/3) for Interface Name: prs-three",
         "Inconsistent Number of Ethernet (6/7) for Interface Name: lag-seven"}},
   };
+  // clang-format on
   for (const auto& c : cases) {
     SCOPED_TRACE(c.scenario);
     if (simulator) {
