@@ -39,7 +39,9 @@ bool SnmpMaster::Start(std::chrono::milliseconds timeout) {
   return WaitUntil(
              [this] {
                if (!process_->IsRunning()) return true;
-               return Get("1.3.6.1.2.1.1.3.0").rfind("Timeticks:", 0) == 0;
+               // A short time-out: a probe sent before snmpd listens is lost.
+               return Tool("snmpget", {"-t", "0.3", "-r", "0"}, {"1.3.6.1.2.1.1.3.0"})
+                          .output.find("Timeticks:") != std::string::npos;
              },
              timeout, std::chrono::milliseconds(200)) &&
          process_->IsRunning();
