@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -36,18 +37,17 @@ std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout
 
 double CpuSeconds(pid_t pid) {
   std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
-  std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  // The fields after the command name (which may hold blanks) end with ')':
-  // state is field 3, utime and stime fields 14 and 15.
+  const std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  // After the command name (which may hold blanks, and ends with ')'): state,
+  // then ten fields, then utime and stime (fields 14 and 15).
+  unsigned long long user = 0, system = 0;
   const auto close = stat.rfind(')');
-  if (close == std::string::npos) return -1;
-  std::istringstream fields(stat.substr(close + 2));
-  std::string field;
-  unsigned long long ticks = 0;
-  for (int i = 3; i <= 15 && fields >> field; ++i) {
-    if (i >= 14) ticks += std::stoull(field);
+  if (close == std::string::npos ||
+      std::sscanf(stat.c_str() + close + 2, "%*c %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %llu %llu",
+                  &user, &system) != 2) {
+    return -1;
   }
-  return static_cast<double>(ticks) / static_cast<double>(sysconf(_SC_CLK_TCK));
+  return static_cast<double>(user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 long PeakResidentKb(pid_t pid) {
