@@ -94,7 +94,9 @@ TEST_F(MonitoringToolsTest, ExporterReadsBothShippedModulesExactlyAndNoRowWithou
                                "--web.listen-address=127.0.0.1:" + std::to_string(webPort)},
                               {}, setup.Dir().File("exporter.out"));
   ASSERT_TRUE(WaitUntil(
-      [&] { return ReadFile(exporter.OutputPath()).find("Listening on") != std::string::npos; },
+      [&] {
+        return ReadFile(setup.Dir().File("exporter.out")).find("Listening on") != std::string::npos;
+      },
       10s));
   const auto unreachable = ScrapeExporter("orvovia");
   EXPECT_EQ(unreachable.At(

@@ -1,13 +1,12 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <chrono>
-#include <regex>
 #include <string>
 #include <vector>
 
 #include "Arq/OrvoViaSwitchMonitoring/AppVersion.h"
-#include "Arq/TestSupport/CapturedOutput.h"
 #include "Arq/TestSupport/Process.h"
 
 namespace {
@@ -24,17 +23,11 @@ std::string ExpectedUsage() {
          "FILEPATH is a full filepath\n"
          "Example: OrvoViaSwitchMonitoring"
          " logger_configurations_path:./LoggerConfigurationsForMonitoring.cfg"
-         " redirect_output:/mnt/APPS/data/log/orvoviaswitchWarden.log"
-         " redirect_output_split_period:300"
-         " redirect_output_file_size:26214400"
-         " remote_ip_address:127.0.0.1"
-         " remote_port_number:9092"
-         " remote_ms_connection_timeout:10000"
-         " remote_ms_receive_timeout:60000"
-         " log_level:Warning"
-         " monitoring_processor_mode:Thrift"
-         " collect_metrics_period:5"
-         " data_setup_folder:/data"
+         " redirect_output:/mnt/APPS/data/log/orvoviaswitchWarden.log "
+         "redirect_output_split_period:300"
+         " redirect_output_file_size:26214400 remote_ip_address:127.0.0.1 remote_port_number:9092"
+         " remote_ms_connection_timeout:10000 remote_ms_receive_timeout:60000 log_level:Warning"
+         " monitoring_processor_mode:Thrift collect_metrics_period:5 data_setup_folder:/data"
          " options_filename:SwitchMonitoringOptions.json \n"
          "\n"
          "Miscellaneous:\n"
@@ -85,109 +78,36 @@ std::string LoaderLines(const std::string& path = "") {
   return line + line;
 }
 
-struct Outcome {
-  int status = -1;
-  std::string output;
-};
-
-Outcome RunDaemon(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), ARQ_DAEMON_PATH);
-  const auto result = Arq::TestSupport::RunCommand(arguments, {}, std::chrono::seconds(30));
-  Outcome outcome;
-  if (result.status >= 0 && WIFEXITED(result.status)) outcome.status = WEXITSTATUS(result.status);
-  outcome.output = result.output;
-  return outcome;
-}
-
-TEST(DaemonCommandLineTest, UsageTextIsExact) {
-  Arq::TestSupport::CapturedOutput out;
-  Arq::OrvoViaSwitchMonitoring::PrintUsage::Print();
-  EXPECT_EQ(out.Text(), ExpectedUsage());
-}
-
-TEST(DaemonCommandLineTest, VersionLineNamesProjectVersionAndBuildTime) {
+// The daemon as a process, on the paths that end before any subsystem starts:
+// the whole standard output, the end line last, and the process status.
+TEST(DaemonCommandLineTest, PathsThatNeedNoSubsystem) {
   const Arq::OrvoViaSwitchMonitoring::AppVersion version;
   EXPECT_EQ(version.Version(), "2.2.23");
   EXPECT_EQ(version.ProjectName(), "OrvoViaSwitchMonitoring");
   // The compiler's date and time forms joined by one blank: "Oct  3 2023 18:00:50".
-  EXPECT_TRUE(std::regex_match(
-      version.DateTime(),
-      std::regex("(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 123][0-9] [0-9]{4} "
-                 "[0-2][0-9]:[0-5][0-9]:[0-5][0-9]")))
-      << version.DateTime();
-
-  Arq::TestSupport::CapturedOutput out;
-  Arq::OrvoViaSwitchMonitoring::PrintVersion::Print(
-      Arq::OrvoViaSwitchMonitoring::AppVersion::CreateAppVersion());
-  EXPECT_EQ(out.Text(), VersionLine());
-}
-
-// The paths that end before any subsystem starts: the whole standard output,
-// the end line last, and the process status.
-TEST(DaemonCommandLineTest, PathsThatNeedNoSubsystem) {
+  EXPECT_THAT(version.DateTime(),
+              testing::MatchesRegex("(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 123][0-9] "
+                                    "[0-9]{4} [0-2][0-9]:[0-5][0-9]:[0-5][0-9]"));
   const struct {
     std::vector<std::string> arguments;
     std::string output;
     int status;
   } cases[] = {
       {{}, LoaderLines() + ExpectedUsage() + kEnd0, 0},
-      {{"--help"}, LoaderLines() + ExpectedUsage() + kEnd0, 0},
-      {{"-hx"}, LoaderLines() + ExpectedUsage() + kEnd0, 0},
-      {{"--version"}, LoaderLines() + VersionLine() + kEnd0, 0},
-      {{"--version", "--help"}, LoaderLines() + VersionLine() + kEnd0, 0},
       {{"--help", "-v"}, LoaderLines() + VersionLine() + kEnd0, 0},
-      {{"-verbose"}, LoaderLines() + VersionLine() + kEnd0, 0},
-      {{"foo"}, kInvalid + "foo\n" + kEndMinus1, 255},
-      {{"log_level:Info", "collect_metrics_period:3", "foo"}, kInvalid + "foo\n" + kEndMinus1, 255},
-      {{"foo", "--help"}, kInvalid + "foo\n" + kEndMinus1, 255},
+      {{"logger_configurations_path:/nonexistent/x.cfg", "--version"},
+       LoaderLines("/nonexistent/x.cfg") + VersionLine() + kEnd0,
+       0},
+      {{"log_level:Info", "foo", "--help"}, kInvalid + "foo\n" + kEndMinus1, 255},
   };
   for (const auto& c : cases) {
-    std::string words;
-    for (const auto& argument : c.arguments) words += " [" + argument + "]";
-    SCOPED_TRACE("arguments:" + words);
-    const auto outcome = RunDaemon(c.arguments);
-    EXPECT_EQ(outcome.status, c.status);
-    EXPECT_EQ(outcome.output, c.output);
-  }
-}
-
-// Whatever the bytes of an argument, the process either parses it (here
-// followed by --version, so that it stops after the version line) or reports
-// it as invalid with status 255; it never crashes.
-TEST(DaemonCommandLineTest, HostileArgumentsNeverCrashTheProcess) {
-  const std::string longText(10000, 'x');
-  const std::string longNumber(10000, '9');
-  const std::string nonAscii = "\xc3\xa9t\xc3\xa9\xff\xfe\x80";
-  const struct {
-    std::vector<std::string> arguments;
-    std::string output;
-    int status;
-  } cases[] = {
-      {{""}, kInvalid + "\n" + kEndMinus1, 255},
-      {{longText}, kInvalid + longText + "\n" + kEndMinus1, 255},
-      {{nonAscii}, kInvalid + nonAscii + "\n" + kEndMinus1, 255},
-      {{":"}, kInvalid + ":\n" + kEndMinus1, 255},
-      {{"-"}, kInvalid + "-\n" + kEndMinus1, 255},
-      {{"remote_port_number"}, kInvalid + "remote_port_number\n" + kEndMinus1, 255},
-      {{"remote_port_number:", "--version"}, LoaderLines() + VersionLine() + kEnd0, 0},
-      {{"log_level:", "collect_metrics_period:", "--version"},
-       LoaderLines() + VersionLine() + kEnd0,
-       0},
-      {{"collect_metrics_period:" + longNumber, "remote_port_number:" + longText, "--version"},
-       LoaderLines() + VersionLine() + kEnd0,
-       0},
-      {{"data_setup_folder:" + nonAscii, "options_filename:" + longText, "--version"},
-       LoaderLines() + VersionLine() + kEnd0,
-       0},
-      {{"logger_configurations_path:/nonexistent/" + longText, "--version"},
-       LoaderLines("/nonexistent/" + longText) + VersionLine() + kEnd0,
-       0},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE("first argument: [" + c.arguments.front().substr(0, 40) + "]");
-    const auto outcome = RunDaemon(c.arguments);
-    EXPECT_EQ(outcome.status, c.status);
-    EXPECT_EQ(outcome.output, c.output);
+    SCOPED_TRACE(testing::PrintToString(c.arguments));
+    std::vector<std::string> command{ARQ_DAEMON_PATH};
+    command.insert(command.end(), c.arguments.begin(), c.arguments.end());
+    const auto result = Arq::TestSupport::RunCommand(command, {}, std::chrono::seconds(5));
+    ASSERT_TRUE(result.status >= 0 && WIFEXITED(result.status)) << result.output;
+    EXPECT_EQ(WEXITSTATUS(result.status), c.status);
+    EXPECT_EQ(result.output, c.output);
   }
 }
 

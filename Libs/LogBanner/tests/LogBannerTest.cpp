@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <regex>
-
-#include "Arq/AppVersionBannerProvider/AppVersionBannerProvider.h"
 #include "Arq/LogBanner/LogBanner.h"
 
 namespace {
@@ -24,13 +21,6 @@ class RecordingLogger : public ILogger {
   Level level_ = NoLog;
 };
 
-class FixedVersion : public Arq::OrvoViaSwitch::Domain::Interfaces::IAppVersion {
- public:
-  std::string Version() const override { return "2.2.23"; }
-  std::string ProjectName() const override { return "OrvoViaSwitchMonitoring"; }
-  std::string DateTime() const override { return "Oct  3 2023 18:00:50"; }
-};
-
 TEST(LogBannerTest, ThresholdLabelsKeepSevenCharacters) {
   const std::pair<int, const char*> labels[] = {{10, " Trace "},  {20, " Debug "}, {30, "  Info "},
                                                 {40, "Warning"},  {50, " Error "}, {60, " Fatal "},
@@ -43,16 +33,6 @@ TEST(LogBannerTest, ThresholdLabelsKeepSevenCharacters) {
   EXPECT_EQ(LogBannerProvider(logger).GetBanner(),
             "--------------------------------- Criticity threshold: Warning "
             "---------------------------------");
-}
-
-TEST(LogBannerTest, VersionBannerNamesTheVersionAndUtcTime) {
-  Arq::AppVersionBannerProvider::AppVersionBannerProvider provider(
-      std::make_shared<FixedVersion>());
-  EXPECT_TRUE(std::regex_match(
-      provider.GetBanner(),
-      std::regex(R"(------ ARQ VANTELLIS --- OrvoViaSwitchWarden version 2\.2\.23 --- )"
-                 R"(\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4} ------)")))
-      << provider.GetBanner();
 }
 
 TEST(LogBannerTest, WriterLogsAtInfoWhateverTheThresholdAndRestoresIt) {

@@ -1,5 +1,7 @@
 #include "Arq/TestSupport/Process.h"
 
+#include "Arq/TestSupport/TempDir.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -9,7 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -18,34 +20,6 @@
 
 namespace Arq::TestSupport {
 namespace {
-
-std::vector<char*> ArgvPointers(const std::vector<std::string>& argv) {
-  std::vector<char*> pointers;
-  pointers.reserve(argv.size() + 1);
-  for (const auto& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-// Runs in the child between fork and exec: only async-signal-safe calls.
-[[noreturn]] void ExecChild(std::vector<char*>& argv, const std::map<std::string, std::string>& env,
-                            int outputFd, bool mergeStderr, int errorFd = -1) {
-  for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
-  dup2(outputFd, STDOUT_FILENO);
-  if (errorFd >= 0) {
-    dup2(errorFd, STDERR_FILENO);
-  } else if (mergeStderr) {
-    dup2(outputFd, STDERR_FILENO);
-  }
-  if (outputFd > STDERR_FILENO) close(outputFd);
-  int devNull = open("/dev/null", O_RDONLY);
-  if (devNull >= 0) {
-    dup2(devNull, STDIN_FILENO);
-    close(devNull);
-  }
-  execvp(argv[0], argv.data());
-  _exit(127);
-}
 
 std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
@@ -63,18 +37,17 @@ std::optional<int> WaitWithDeadline(pid_t pid, std::chrono::milliseconds timeout
 
 double CpuSeconds(pid_t pid) {
   std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
-  std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  // The fields after the command name (which may hold blanks) end with ')':
-  // state is field 3, utime and stime fields 14 and 15.
+  const std::string stat((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  // After the command name (which may hold blanks, and ends with ')'): state,
+  // then ten fields, then utime and stime (fields 14 and 15).
+  unsigned long long user = 0, system = 0;
   const auto close = stat.rfind(')');
-  if (close == std::string::npos) return -1;
-  std::istringstream fields(stat.substr(close + 2));
-  std::string field;
-  unsigned long long ticks = 0;
-  for (int i = 3; i <= 15 && fields >> field; ++i) {
-    if (i >= 14) ticks += std::stoull(field);
+  if (close == std::string::npos ||
+      std::sscanf(stat.c_str() + close + 2, "%*c %*s %*s %*s %*s %*s %*s %*s %*s %*s %*s %llu %llu",
+                  &user, &system) != 2) {
+    return -1;
   }
-  return static_cast<double>(ticks) / static_cast<double>(sysconf(_SC_CLK_TCK));
+  return static_cast<double>(user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 long PeakResidentKb(pid_t pid) {
@@ -88,17 +61,26 @@ long PeakResidentKb(pid_t pid) {
 
 ChildProcess::ChildProcess(const std::vector<std::string>& argv,
                            const std::map<std::string, std::string>& env,
-                           const std::string& outputPath, const std::string& errorPath)
-    : outputPath_(outputPath) {
+                           const std::string& outputPath, const std::string& errorPath) {
   const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
   const int fd = open(outputPath.c_str(), flags, 0644);
   if (fd < 0) throw std::runtime_error("cannot open " + outputPath);
-  const int errorFd = errorPath.empty() ? -1 : open(errorPath.c_str(), flags, 0644);
-  auto pointers = ArgvPointers(argv);
+  const int errorFd = errorPath.empty() ? fd : open(errorPath.c_str(), flags, 0644);
+  std::vector<char*> pointers;
+  for (const auto& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
+  pointers.push_back(nullptr);
   pid_ = fork();
-  if (pid_ == 0) ExecChild(pointers, env, fd, true, errorFd);
+  if (pid_ == 0) {
+    // In the child until exec: the descriptors opened here close at exec.
+    for (const auto& [name, value] : env) setenv(name.c_str(), value.c_str(), 1);
+    dup2(fd, STDOUT_FILENO);
+    dup2(errorFd, STDERR_FILENO);
+    dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    execvp(pointers[0], pointers.data());
+    _exit(127);
+  }
   close(fd);
-  if (errorFd >= 0) close(errorFd);
+  if (errorFd != fd) close(errorFd);
   if (pid_ < 0) throw std::runtime_error("fork failed");
 }
 
@@ -127,47 +109,14 @@ std::optional<int> ChildProcess::WaitExit(std::chrono::milliseconds timeout) {
 CommandResult RunCommand(const std::vector<std::string>& argv,
                          const std::map<std::string, std::string>& env,
                          std::chrono::milliseconds timeout, bool mergeStderr) {
-  int fds[2];
-  if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("pipe failed");
-  auto pointers = ArgvPointers(argv);
-  const pid_t pid = fork();
-  if (pid == 0) {
-    close(fds[0]);
-    ExecChild(pointers, env, fds[1], mergeStderr);
-  }
-  close(fds[1]);
-  if (pid < 0) {
-    close(fds[0]);
-    throw std::runtime_error("fork failed");
-  }
+  const TempDir dir("arq-command");
   CommandResult result;
-  const auto deadline = std::chrono::steady_clock::now() + timeout;
-  fcntl(fds[0], F_SETFL, O_NONBLOCK);
-  char buffer[4096];
-  bool open = true;
-  while (open && std::chrono::steady_clock::now() < deadline) {
-    const ssize_t n = read(fds[0], buffer, sizeof buffer);
-    if (n > 0) {
-      result.output.append(buffer, static_cast<size_t>(n));
-    } else if (n == 0) {
-      open = false;
-    } else if (errno == EAGAIN || errno == EINTR) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    } else {
-      open = false;
-    }
-  }
-  close(fds[0]);
-  const auto remaining = std::chrono::duration_cast<std::chrono::milliseconds>(
-      deadline - std::chrono::steady_clock::now());
-  auto status = WaitWithDeadline(pid, std::max(remaining, std::chrono::milliseconds(0)));
-  if (!status) {
-    kill(pid, SIGKILL);
-    WaitWithDeadline(pid, std::chrono::seconds(5));
-    result.status = -1;
-  } else {
-    result.status = *status;
-  }
+  {
+    ChildProcess child(argv, env, dir.File("output"), mergeStderr ? "" : "/dev/null");
+    const auto status = child.WaitExit(timeout);
+    result.status = status ? *status : -1;
+  }  // killed and reaped here when it did not end in time
+  result.output = ReadFile(dir.File("output"));
   return result;
 }
 

@@ -7,16 +7,15 @@
 
 namespace Arq::TestSupport {
 
-SnmpMaster::SnmpMaster(const std::string& dir, int pingIntervalSeconds)
-    : dir_(dir), port_(FreeUdpPort()) {
+SnmpMaster::SnmpMaster(const std::string& dir) : dir_(dir), port_(FreeUdpPort()) {
   mkdir((dir_ + "/persist").c_str(), 0755);
-  WriteFile(dir_ + "/snmpd.conf", "master agentx\nagentXSocket " + AgentXSocket() +
-                                      "\nagentXPerms 0666 0755\n"
+  const std::string socket = "agentXSocket " + dir_ + "/agentx.sock\n";
+  WriteFile(dir_ + "/snmpd.conf", "master agentx\n" + socket +
+                                      "agentXPerms 0666 0755\n"
                                       "rocommunity public 127.0.0.1\n"
                                       "rwcommunity private 127.0.0.1\n");
-  WriteFile(dir_ + "/orvovia-snmpd.conf", "agentXSocket " + AgentXSocket() +
-                                              "\nagentxPingInterval " +
-                                              std::to_string(pingIntervalSeconds) + "\n");
+  // The sub-agent registers again about 1 s after the master restarts.
+  WriteFile(dir_ + "/orvovia-snmpd.conf", socket + "agentxPingInterval 2\n");
 }
 
 void SnmpMaster::AppendConfig(const std::string& lines) {
@@ -40,7 +39,9 @@ bool SnmpMaster::Start(std::chrono::milliseconds timeout) {
   return WaitUntil(
              [this] {
                if (!process_->IsRunning()) return true;
-               return Get("1.3.6.1.2.1.1.3.0").rfind("Timeticks:", 0) == 0;
+               // A short time-out: a probe sent before snmpd listens is lost.
+               return Tool("snmpget", {"-t", "0.3", "-r", "0"}, {"1.3.6.1.2.1.1.3.0"})
+                          .output.find("Timeticks:") != std::string::npos;
              },
              timeout, std::chrono::milliseconds(200)) &&
          process_->IsRunning();
@@ -51,10 +52,6 @@ void SnmpMaster::Stop() {
   process_->Signal(SIGTERM);
   if (!process_->WaitExit(std::chrono::seconds(10))) process_->Signal(SIGKILL);
   process_.reset();
-}
-
-bool SnmpMaster::IsRunning() {
-  return process_ && process_->IsRunning();
 }
 
 CommandResult SnmpMaster::Tool(const std::string& tool, const std::vector<std::string>& options,

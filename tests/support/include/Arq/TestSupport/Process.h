@@ -28,12 +28,10 @@ class ChildProcess {
   void Signal(int signal);
   // Exit status as waitpid reports it, or nothing if still running at the deadline.
   std::optional<int> WaitExit(std::chrono::milliseconds timeout);
-  const std::string& OutputPath() const { return outputPath_; }
 
  private:
   pid_t pid_ = -1;
   std::optional<int> status_;
-  std::string outputPath_;
 };
 
 struct CommandResult {
@@ -42,7 +40,7 @@ struct CommandResult {
 };
 
 // Runs a command to completion (killed at the deadline) and returns its
-// standard output (standard error too when mergeStderr).
+// standard output (standard error too when mergeStderr, else it is dropped).
 CommandResult RunCommand(const std::vector<std::string>& argv,
                          const std::map<std::string, std::string>& env,
                          std::chrono::milliseconds timeout, bool mergeStderr = false);

@@ -17,19 +17,15 @@ namespace Arq::TestSupport {
 // the socket. Nothing outside `dir` is touched.
 class SnmpMaster {
  public:
-  explicit SnmpMaster(const std::string& dir, int pingIntervalSeconds = 2);
+  explicit SnmpMaster(const std::string& dir);
   ~SnmpMaster();
 
   // Starts snmpd and waits until it answers (bounded). False if it did not.
   bool Start(std::chrono::milliseconds timeout = std::chrono::seconds(15));
   void Stop();
-  bool IsRunning();
   // Adds lines to snmpd.conf, for the next Start().
   void AppendConfig(const std::string& lines);
 
-  int Port() const { return port_; }
-  const std::string& Dir() const { return dir_; }
-  std::string AgentXSocket() const { return dir_ + "/agentx.sock"; }
   std::string Address() const { return "udp:127.0.0.1:" + std::to_string(port_); }
   // SNMPCONFPATH, SNMP_PERSISTENT_DIR and MIBS for snmpd, the sub-agent and the tools.
   std::map<std::string, std::string> Environment() const;
