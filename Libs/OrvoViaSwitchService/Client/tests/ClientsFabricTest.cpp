@@ -131,17 +131,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "Management:GetHostname"}),
     [](const ::testing::TestParamInfo<ServiceCase>& info) { return info.param.name; });
 
-TEST(FabricTest, UnknownServiceHasNoProtocolAndNoName) {
-  auto layer = std::make_shared<MemoryLayer>();
-  layer->Create();
-  Fabric fabric(layer);
-  const auto unknown = static_cast<Fabric::ServiceName>(15);
-
-  EXPECT_EQ(fabric.GetProtocol(unknown), nullptr);
-  EXPECT_EQ(Fabric::ToServiceName(unknown), "");
-  EXPECT_EQ(Fabric::ToServiceName(static_cast<Fabric::ServiceName>(-1)), "");
-}
-
 TEST(FabricTest, ClientsAreMadeOnceAndOpenCloseReachTheLayer) {
   auto layer = std::make_shared<MemoryLayer>();
   layer->Create();

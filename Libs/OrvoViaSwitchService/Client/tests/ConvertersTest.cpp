@@ -4,7 +4,6 @@
 #include <map>
 #include <string>
 
-#include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/ContainerConversion.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/Converters.h"
 
 namespace Arq::OrvoViaSwitchService::Service::Serialization::Thrift {
@@ -114,13 +113,6 @@ TEST(ConvertersTest, TokenAndPortNameTravelOnlyWhenMarkedAsSet) {
   stat.__isset.EthName = true;
   EXPECT_EQ(EthStatConverter::FromGenerated(stat).EthName, "p1");
   ExpectRoundTrip<EthStatConverter>(EthStatConverter::FromGenerated(stat));
-  // Maps keep their keys, lists every element.
-  const std::map<std::string, std::vector<api::EthStat_t>> wire = {{"a", {stat, stat}}, {"b", {}}};
-  const auto all = FromGeneratedAll<EthStatConverter>(wire);
-  ASSERT_EQ(all.size(), 2u);
-  ASSERT_EQ(all.at("a").size(), 2u);
-  EXPECT_EQ(all.at("a")[1].EthName, "p1");
-  EXPECT_TRUE(all.at("b").empty());
 }
 
 TEST(ConvertersTest, TlvKeysTravelAsSignedBytesAndUnknownOnesFallOnZero) {

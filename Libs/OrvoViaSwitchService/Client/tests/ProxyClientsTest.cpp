@@ -301,10 +301,6 @@ INSTANTIATE_TEST_SUITE_P(
                   Dto::ErrorCode::AlreadyInUse,
                   [](Proxies& p) { p.interfaces.GetEthCnt(kNoToken, kNames); },
                   "OrvoViaSwitchThriftInterfacesProxyClient.cpp"},
-        FaultCase{"InterfacesCommandNotImplemented", api::ErrorCode_t::NotImplemented,
-                  Dto::ErrorCode::NotImplemented,
-                  [](Proxies& p) { p.interfaces.DeleteAllIfs(kNoToken); },
-                  "OrvoViaSwitchThriftInterfacesProxyClient.cpp"},
         FaultCase{"LldpLast", api::ErrorCode_t::__LAST__, Dto::ErrorCode::__LAST__,
                   [](Proxies& p) { p.lldp.GetLldpInfo(kNoToken); },
                   "OrvoViaSwitchThriftLLDPProxyClient.cpp"},
@@ -380,22 +376,6 @@ INSTANTIATE_TEST_SUITE_P(
             "GarbageCutShort", 30000, [](Simulator::ServerBehaviour& b) { b.Garbage("\x80"); },
             [](Proxies& p) { p.interfaces.GetMainMacAddr(kNoToken); }, "No more data to read."}),
     [](const ::testing::TestParamInfo<BrokenReplyCase>& info) { return info.param.name; });
-
-TEST(ProxyFailureTest, CloseLimitedToOneCallLeavesTheOthersAnswering) {
-  LoopbackSwitchServer server;
-  Proxies proxies(server.Port(), 30000);
-  proxies.OpenAll();
-  server.Behaviour().Only("Interfaces:GetStats");
-  server.Behaviour().Close();
-
-  EXPECT_EQ(proxies.interfaces.GetIfList(kNoToken), server.Data().ifList);
-  ExpectSystemError([&] { proxies.interfaces.GetEthStats(kNoToken, kNames); }, *proxies.logger,
-                    "No more data to read.");
-  // The proxy's connection is gone with the call; a new one gets answers.
-  proxies.interfaces.Close();
-  proxies.interfaces.Open();
-  EXPECT_EQ(proxies.interfaces.GetMainMacAddr(kNoToken), "00:11:22:33:44:55");
-}
 
 TEST(ProxyFailureTest, RefusedConnectionFailsOpenWithSystemError) {
   ClosedPort closed;
