@@ -137,7 +137,6 @@ TEST(FabricTest, ClientsAreMadeOnceAndOpenCloseReachTheLayer) {
   Fabric fabric(layer);
 
   EXPECT_EQ(fabric.GetInterfacesClient(), fabric.GetInterfacesClient());
-  EXPECT_EQ(fabric.GetManagementClient(), fabric.GetManagementClient());
   fabric.Open();
   EXPECT_TRUE(fabric.IsOpen());
   fabric.Close();
