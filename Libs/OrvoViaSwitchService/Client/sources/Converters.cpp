@@ -91,39 +91,8 @@ Dto::EthInfo EthInfoConverter::FromGenerated(const api::EthInfo_t& info) {
   return result;
 }
 
-// The counters share their names between the record and the wire struct.
-#define ARQ_ETH_COUNTERS(X)                 \
-  X(NbOfGoodOctetsReceived)                 \
-  X(NbOfBadOctetsReceived)                  \
-  X(NbOfFrameNotTransmitted)                \
-  X(NbOfGoodPacketsBroadcast)               \
-  X(NbOfGoodPacketsMulticast)               \
-  X(NbOfGoodPackets64Bytes)                 \
-  X(NbOfGoodPackets65to127Bytes)            \
-  X(NbOfGoodPackets128to255Bytes)           \
-  X(NbOfGoodPackets256to511Bytes)           \
-  X(NbOfGoodPackets512to1023Bytes)          \
-  X(NbOfGoodPackets1024toMaxBytes)          \
-  X(NbOfGoodOctectsSent)                    \
-  X(NbOfPacketsDropDueCollision)            \
-  X(NbOfGoodMulticastPacketsSent)           \
-  X(NbOfGoodBroadcastPacketsSent)           \
-  X(NbOfGoodFlowControlFrameSent)           \
-  X(NbOfGoodFlowControlFrameReceived)       \
-  X(NbOfInternalDropPacketsBW)              \
-  X(NbOfPacketsSizeLess64BytesReceived)     \
-  X(NbOfFragmentedPacketsReceived)          \
-  X(NbOfOversizedPacketsReceived)           \
-  X(NbOfJabberPacketsReceived)              \
-  X(NbOfReceivedErrorFromMac)               \
-  X(NbOfCrcErrorEvents)                     \
-  X(NbOfMacCollision)                       \
-  X(NbOfLateMacCollision)                   \
-  X(NbOfGoodUnicastFrameReceived)           \
-  X(NbOfGoodUnicastFrameSent)               \
-  X(NbOfValidFrameSentHalfDupWithCollision) \
-  X(NbOfValidFrameSentHalfDupWithOutCollision)
-
+// The counters of ARQ_ETH_COUNTERS have the same names in the record and
+// in the wire struct.
 api::EthCnt_t EthCntConverter::ToGenerated(const Dto::EthCnt& counters) {
   api::EthCnt_t result;
   result.__set_EthName(counters.EthName);
@@ -141,8 +110,6 @@ Dto::EthCnt EthCntConverter::FromGenerated(const api::EthCnt_t& counters) {
 #undef ARQ_COPY_COUNTER
   return result;
 }
-
-#undef ARQ_ETH_COUNTERS
 
 api::EthStat_t EthStatConverter::ToGenerated(const Dto::EthStat& stat) {
   api::EthStat_t result;

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <thrift/TApplicationException.h>
 #include <thrift/TOutput.h>
 #include <thrift/protocol/TBinaryProtocol.h>
 #include <thrift/transport/TBufferTransports.h>
@@ -69,25 +68,18 @@ void PrintTo(const ServiceCase& testCase, std::ostream* out) {
 
 class FabricServiceTest : public ::testing::TestWithParam<ServiceCase> {};
 
-TEST_P(FabricServiceTest, ClientWritesMultiplexedMessageName) {
+TEST_P(FabricServiceTest, ClientWritesMultiplexedMessageNameOverOneKeptProtocol) {
   auto layer = std::make_shared<MemoryLayer>();
   layer->Create();
   Fabric fabric(layer);
 
   EXPECT_EQ(Fabric::ToServiceName(GetParam().service), GetParam().name);
+  const auto protocol = fabric.GetProtocol(GetParam().service);
+  ASSERT_NE(protocol, nullptr);
+  EXPECT_EQ(fabric.GetProtocol(GetParam().service), protocol);
   GetParam().send(fabric);
 
   EXPECT_EQ(layer->FirstMessageName(), GetParam().messageName);
-}
-
-TEST_P(FabricServiceTest, ProtocolIsMadeOnceAndKept) {
-  auto layer = std::make_shared<MemoryLayer>();
-  layer->Create();
-  Fabric fabric(layer);
-
-  const auto first = fabric.GetProtocol(GetParam().service);
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(fabric.GetProtocol(GetParam().service), first);
 }
 
 const ArqSwitchApi::Header_t kHeader;
@@ -139,59 +131,18 @@ INSTANTIATE_TEST_SUITE_P(
                     "Management:GetHostname"}),
     [](const ::testing::TestParamInfo<ServiceCase>& info) { return info.param.name; });
 
-TEST(FabricTest, UnknownServiceHasNoProtocolAndNoName) {
-  auto layer = std::make_shared<MemoryLayer>();
-  layer->Create();
-  Fabric fabric(layer);
-  const auto unknown = static_cast<Fabric::ServiceName>(15);
-
-  EXPECT_EQ(fabric.GetProtocol(unknown), nullptr);
-  EXPECT_EQ(Fabric::ToServiceName(unknown), "");
-  EXPECT_EQ(Fabric::ToServiceName(static_cast<Fabric::ServiceName>(-1)), "");
-}
-
 TEST(FabricTest, ClientsAreMadeOnceAndOpenCloseReachTheLayer) {
   auto layer = std::make_shared<MemoryLayer>();
   layer->Create();
   Fabric fabric(layer);
 
   EXPECT_EQ(fabric.GetInterfacesClient(), fabric.GetInterfacesClient());
-  EXPECT_EQ(fabric.GetManagementClient(), fabric.GetManagementClient());
   fabric.Open();
   EXPECT_TRUE(fabric.IsOpen());
   fabric.Close();
   EXPECT_FALSE(fabric.IsOpen());
   EXPECT_EQ(layer->opens, 1);
   EXPECT_EQ(layer->closes, 1);
-}
-
-TEST(FabricTest, ServiceUnknownToTheServerIsAnApplicationException) {
-  LoopbackSwitchServer server;
-  Fabric fabric("127.0.0.1", server.Port(), 2000, 2000);
-  fabric.Open();
-
-  EXPECT_THROW(fabric.GetVlanClient()->DeleteAll(ArqSwitchApi::Header_t()),
-               apache::thrift::TApplicationException);
-}
-
-TEST(FabricTest, ManagementClientReachesTheManagementService) {
-  LoopbackSwitchServer server;
-  Fabric fabric("127.0.0.1", server.Port(), 2000, 2000);
-  fabric.Open();
-
-  std::string hostname;
-  fabric.GetManagementClient()->GetHostname(hostname);
-  EXPECT_EQ(hostname, "switch-a");
-  EXPECT_EQ(server.Behaviour().Calls(), std::vector<std::string>{"Management:GetHostname"});
-}
-
-TEST(TransportLayerTest, DoesNothingBeforeCreate) {
-  ThriftTransportProtocolLayer layer("127.0.0.1", 1, 100, 100);
-
-  EXPECT_NO_THROW(layer.Open());
-  EXPECT_FALSE(layer.IsOpen());
-  EXPECT_NO_THROW(layer.Close());
-  EXPECT_EQ(layer.GetProtocol(), nullptr);
 }
 
 TEST(TransportLayerTest, FactoryMakesCreatedUnconnectedLayersThatConnectOnOpen) {
@@ -222,16 +173,12 @@ TEST(MonitoringClientFactoryTest, EveryProxyClientHasAConnectionOfItsOwn) {
   auto ethernet = factory->CreateOrvoViaSwitchEthernetProxyClient();
   auto lldp = factory->CreateOrvoViaSwitchLLDPProxyClient();
   auto ptp = factory->CreateOrvoViaSwitchPTPProxyClient();
-  for (OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient* client :
-       {static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(interfaces.get()),
-        static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(
-            otherInterfaces.get()),
-        static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(config.get()),
-        static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(ethernet.get()),
-        static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(lldp.get()),
-        static_cast<OrvoViaSwitch::Domain::Interfaces::IOrvoViaSwitchClient*>(ptp.get())}) {
-    client->Open();
-  }
+  interfaces->Open();
+  otherInterfaces->Open();
+  config->Open();
+  ethernet->Open();
+  lldp->Open();
+  ptp->Open();
   interfaces->GetMainMacAddr(header);
   otherInterfaces->GetMainMacAddr(header);
   config->GetCurrentConfig(header);

@@ -19,50 +19,20 @@ namespace {
 
 namespace api = ArqSwitchApi;
 
-// The 30 counters of a port record, in the record's order, by their wire names.
+namespace Dto = OrvoViaSwitch::Domain::Dto;
+
+// The counters of a port record, in the list's order, by their wire names.
 struct CounterField {
   const char* name;
   std::int64_t api::EthCnt_t::*value;
   void (api::EthCnt_t::*set)(const std::int64_t);
 };
 
-#define ARQ_COUNTER(field)                                       \
-  CounterField {                                                 \
-#field, &api::EthCnt_t::field, &api::EthCnt_t::__set_##field \
-  }
+#define ARQ_COUNTER_FIELD(field) \
+  CounterField{#field, &api::EthCnt_t::field, &api::EthCnt_t::__set_##field},
 const std::array<CounterField, Scenario::kCounters> kCounterFields = {
-    ARQ_COUNTER(NbOfGoodOctetsReceived),
-    ARQ_COUNTER(NbOfBadOctetsReceived),
-    ARQ_COUNTER(NbOfFrameNotTransmitted),
-    ARQ_COUNTER(NbOfGoodPacketsBroadcast),
-    ARQ_COUNTER(NbOfGoodPacketsMulticast),
-    ARQ_COUNTER(NbOfGoodPackets64Bytes),
-    ARQ_COUNTER(NbOfGoodPackets65to127Bytes),
-    ARQ_COUNTER(NbOfGoodPackets128to255Bytes),
-    ARQ_COUNTER(NbOfGoodPackets256to511Bytes),
-    ARQ_COUNTER(NbOfGoodPackets512to1023Bytes),
-    ARQ_COUNTER(NbOfGoodPackets1024toMaxBytes),
-    ARQ_COUNTER(NbOfGoodOctectsSent),
-    ARQ_COUNTER(NbOfPacketsDropDueCollision),
-    ARQ_COUNTER(NbOfGoodMulticastPacketsSent),
-    ARQ_COUNTER(NbOfGoodBroadcastPacketsSent),
-    ARQ_COUNTER(NbOfGoodFlowControlFrameSent),
-    ARQ_COUNTER(NbOfGoodFlowControlFrameReceived),
-    ARQ_COUNTER(NbOfInternalDropPacketsBW),
-    ARQ_COUNTER(NbOfPacketsSizeLess64BytesReceived),
-    ARQ_COUNTER(NbOfFragmentedPacketsReceived),
-    ARQ_COUNTER(NbOfOversizedPacketsReceived),
-    ARQ_COUNTER(NbOfJabberPacketsReceived),
-    ARQ_COUNTER(NbOfReceivedErrorFromMac),
-    ARQ_COUNTER(NbOfCrcErrorEvents),
-    ARQ_COUNTER(NbOfMacCollision),
-    ARQ_COUNTER(NbOfLateMacCollision),
-    ARQ_COUNTER(NbOfGoodUnicastFrameReceived),
-    ARQ_COUNTER(NbOfGoodUnicastFrameSent),
-    ARQ_COUNTER(NbOfValidFrameSentHalfDupWithCollision),
-    ARQ_COUNTER(NbOfValidFrameSentHalfDupWithOutCollision),
-};
-#undef ARQ_COUNTER
+    {ARQ_ETH_COUNTERS(ARQ_COUNTER_FIELD)}};
+#undef ARQ_COUNTER_FIELD
 
 std::size_t CounterIndex(const std::string& name) {
   for (std::size_t i = 0; i < kCounterFields.size(); ++i) {
@@ -72,10 +42,10 @@ std::size_t CounterIndex(const std::string& name) {
 }
 
 // The counters that move with the traffic rates.
-const std::size_t kOctetsReceived = CounterIndex("NbOfGoodOctetsReceived");
-const std::size_t kOctetsSent = CounterIndex("NbOfGoodOctectsSent");
-const std::size_t kUnicastReceived = CounterIndex("NbOfGoodUnicastFrameReceived");
-const std::size_t kUnicastSent = CounterIndex("NbOfGoodUnicastFrameSent");
+constexpr std::size_t kOctetsReceived = Dto::EthCounterIndex::NbOfGoodOctetsReceived;
+constexpr std::size_t kOctetsSent = Dto::EthCounterIndex::NbOfGoodOctectsSent;
+constexpr std::size_t kUnicastReceived = Dto::EthCounterIndex::NbOfGoodUnicastFrameReceived;
+constexpr std::size_t kUnicastSent = Dto::EthCounterIndex::NbOfGoodUnicastFrameSent;
 
 constexpr std::int64_t kDefaultFrameBytes = 1000;
 constexpr std::int64_t kMaxInt64 = std::numeric_limits<std::int64_t>::max();

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+
 namespace Arq::OrvoViaSwitchService::Simulator {
 
 namespace api = ArqSwitchApi;
@@ -11,35 +13,12 @@ namespace {
 api::EthCnt_t Counters(const std::string& name, std::int64_t base) {
   api::EthCnt_t c;
   c.__set_EthName(name);
-  c.__set_NbOfGoodOctetsReceived(base + 1);
-  c.__set_NbOfBadOctetsReceived(base + 2);
-  c.__set_NbOfFrameNotTransmitted(base + 3);
-  c.__set_NbOfGoodPacketsBroadcast(base + 4);
-  c.__set_NbOfGoodPacketsMulticast(base + 5);
-  c.__set_NbOfGoodPackets64Bytes(base + 6);
-  c.__set_NbOfGoodPackets65to127Bytes(base + 7);
-  c.__set_NbOfGoodPackets128to255Bytes(base + 8);
-  c.__set_NbOfGoodPackets256to511Bytes(base + 9);
-  c.__set_NbOfGoodPackets512to1023Bytes(base + 10);
-  c.__set_NbOfGoodPackets1024toMaxBytes(base + 11);
-  c.__set_NbOfGoodOctectsSent(base + 12);
-  c.__set_NbOfPacketsDropDueCollision(base + 13);
-  c.__set_NbOfGoodMulticastPacketsSent(base + 14);
-  c.__set_NbOfGoodBroadcastPacketsSent(base + 15);
-  c.__set_NbOfGoodFlowControlFrameSent(base + 16);
-  c.__set_NbOfGoodFlowControlFrameReceived(base + 17);
-  c.__set_NbOfInternalDropPacketsBW(base + 18);
-  c.__set_NbOfPacketsSizeLess64BytesReceived(base + 19);
-  c.__set_NbOfFragmentedPacketsReceived(base + 20);
-  c.__set_NbOfOversizedPacketsReceived(base + 21);
-  c.__set_NbOfJabberPacketsReceived(base + 22);
-  c.__set_NbOfReceivedErrorFromMac(base + 23);
-  c.__set_NbOfCrcErrorEvents(base + 24);
-  c.__set_NbOfMacCollision(base + 25);
-  c.__set_NbOfLateMacCollision(base + 26);
-  c.__set_NbOfGoodUnicastFrameReceived(base + 27);
-  c.__set_NbOfGoodUnicastFrameSent(base + 28);
-  c.__set_NbOfValidFrameSentHalfDupWithCollision(base + 29);
+  // Every counter its own value, base + 1 upwards in the list's order; the
+  // last one beyond 32 bits.
+  std::int64_t next = base;
+#define ARQ_SET_COUNTER(field) c.__set_##field(++next);
+  ARQ_ETH_COUNTERS(ARQ_SET_COUNTER)
+#undef ARQ_SET_COUNTER
   c.__set_NbOfValidFrameSentHalfDupWithOutCollision(base + 9000000000LL);
   return c;
 }

@@ -77,43 +77,31 @@ class SnmpLog {
 
 const Dto::Header kNoToken;
 
+// The scenario's names and numbers reach the domain records: counters by
+// their names, enums by theirs, the time the test sets.
 TEST(ScenarioServingTest, SmallScenarioReachesTheProxyClientsAsRecords) {
   ScenarioServer small("small.json");
   const auto clients = small.Clients();
   auto interfaces = clients->CreateOrvoViaSwitchInterfacesProxyClient();
   interfaces->Open();
-
   EXPECT_EQ(interfaces->GetIfList(kNoToken),
             (std::vector<std::string>{"eth1", "eth2", "prs1", "lag1"}));
   const auto infos = interfaces->GetIfInfo(kNoToken, {"lag1"});
   ASSERT_EQ(infos.size(), 4u);
-  EXPECT_EQ(infos.at("eth1").Type, Dto::IfType::Ethernet);
-  EXPECT_EQ(infos.at("prs1").Type, Dto::IfType::BasicPrs);
   EXPECT_EQ(infos.at("lag1").Type, Dto::IfType::BasicLag);
   EXPECT_EQ(infos.at("lag1").IfList, (std::vector<std::string>{"3/1", "3/2", "3/3"}));
   EXPECT_EQ(infos.at("eth2").Status, Dto::IfStatus::Disabled);
-  EXPECT_EQ(infos.at("eth1").Vlan, (std::vector<std::int16_t>{100, 110}));
-
+  EXPECT_EQ(infos.at("eth1").IpConfig.Gateway.Address, "10.0.100.1");
   // Whatever names are asked for, every interface comes with its ports' records.
-  auto counters = interfaces->GetEthCnt(kNoToken, {"no-such-port"});
+  small.elapsed = milliseconds(4000);
+  const auto counters = interfaces->GetEthCnt(kNoToken, {"no-such-port"});
   ASSERT_EQ(counters.size(), 4u);
   ASSERT_EQ(counters.at("prs1").size(), 2u);
   EXPECT_EQ(counters.at("prs1")[1].EthName, "2/2");
-  EXPECT_EQ(counters.at("prs1")[1].NbOfGoodOctetsReceived, 6000);
-  EXPECT_EQ(counters.at("eth1")[0].NbOfGoodOctetsReceived, 1000000);
-  EXPECT_EQ(counters.at("eth1")[0].NbOfCrcErrorEvents, 3);
-  small.elapsed = milliseconds(4000);
-  counters = interfaces->GetEthCnt(kNoToken, {});
-  EXPECT_EQ(counters.at("eth1")[0].NbOfGoodOctetsReceived, 1000000 + 500000000LL * 4);
-  EXPECT_EQ(counters.at("eth1")[0].NbOfCrcErrorEvents, 3 + 2 * 4);
   EXPECT_EQ(counters.at("prs1")[1].NbOfGoodOctetsReceived, 6000 + 250000000LL * 4);
-  const auto rates = interfaces->GetEthStats(kNoToken, {});
-  EXPECT_EQ(rates.at("lag1").size(), 3u);
-  EXPECT_EQ(rates.at("eth1")[0].EthName, "1/1");
-  EXPECT_EQ(rates.at("eth1")[0].TxSpeed, 8000000000LL);
-  EXPECT_EQ(interfaces->GetMainMacAddr(kNoToken), "02:A0:C9:10:00:01");
-  EXPECT_EQ(interfaces->GetMacAddr(kNoToken, {}).at("lag1"), "02:A0:C9:10:00:31");
-  interfaces->Close();
+  EXPECT_EQ(counters.at("eth1")[0].NbOfCrcErrorEvents, 3 + 2 * 4);
+  EXPECT_EQ(counters.at("eth2")[0].NbOfBadOctetsReceived, 5);
+  EXPECT_EQ(interfaces->GetEthStats(kNoToken, {}).at("eth1")[0].TxSpeed, 8000000000LL);
 
   auto ethernet = clients->CreateOrvoViaSwitchEthernetProxyClient();
   ethernet->Open();
@@ -122,40 +110,19 @@ TEST(ScenarioServingTest, SmallScenarioReachesTheProxyClientsAsRecords) {
   EXPECT_EQ(ports[1].EthName, "1/2");
   EXPECT_EQ(ports[1].FecType, Dto::EthFecType::FC_FEC);
   EXPECT_EQ(ports[1].FecTypeState, Dto::EthFecType::Disable);
-  EXPECT_EQ(ports[1].State, Dto::EthState::LinkDown);
+  EXPECT_EQ(ports[1].FailureSts, Dto::EthFailureSts::TrainingFailed);
   EXPECT_EQ(ports[0].Speed, Dto::EthSpeed::S100G);
-  const auto hardware = ethernet->GetHardwareDesc(kNoToken);
-  ASSERT_EQ(hardware.size(), 2u);
-  EXPECT_EQ(hardware[0].NbSubPort, 4);
-
-  auto lldp = clients->CreateOrvoViaSwitchLLDPProxyClient();
-  lldp->Open();
-  EXPECT_EQ(lldp->GetLldpConfig(kNoToken).SystemName, "orvo-sim-small");
-  const auto neighbours = lldp->GetLldpInfo(kNoToken);
-  ASSERT_EQ(neighbours.size(), 2u);
-  EXPECT_EQ(neighbours[0].Tlv.at(Dto::LldpTlvType::SystemName),
-            "\x0a\x0a"
-            "core-sw-01");
-  EXPECT_EQ(neighbours[1].Tlv.at(Dto::LldpTlvType::CustomTlv),
-            std::string("\xfe\x06\x00\x80\xc2\x01\x00\x64", 8));
-
-  auto ptp = clients->CreateOrvoViaSwitchPTPProxyClient();
-  ptp->Open();
-  const auto domains = ptp->GetPTPConfig(kNoToken);
-  ASSERT_EQ(domains.size(), 1u);
-  EXPECT_EQ(domains[0].PacketType, Dto::PTPPacketType::UDP);
-  EXPECT_EQ(domains[0].SlaveIfList, (std::vector<std::string>{"1/1"}));
+  EXPECT_EQ(ethernet->GetHardwareDesc(kNoToken).at(0).NbSubPort, 4);
 
   auto config = clients->CreateOrvoViaSwitchConfigProxyClient();
   config->Open();
   const auto current = config->GetCurrentConfig(kNoToken);
-  EXPECT_EQ(current.Name, "running");
   EXPECT_EQ(current.State, Dto::ConfigState::altered);
   EXPECT_EQ(config->ListConfigFile(kNoToken, Dto::ConfigType::All).size(), 2u);
   EXPECT_EQ(config->GetConfigComment(kNoToken, current), "after maintenance");
 }
 
-TEST(ScenarioServingTest, ManagementServiceAnswersFromTheScenarioAndKeepsItsTasks) {
+TEST(ScenarioServingTest, ManagementServiceAnswersFromTheScenario) {
   ScenarioServer small("small.json");
   Client::Thrift::OrvoViaSwitchThriftClientsFabric fabric("127.0.0.1", small.server.Port(), 2000,
                                                           5000);
@@ -169,29 +136,11 @@ TEST(ScenarioServingTest, ManagementServiceAnswersFromTheScenarioAndKeepsItsTask
   EXPECT_EQ(text, "orvo-sim-small");
   ArqOrvoAPI::IPAddress_t address;
   management->GetIpAddress(address);
-  EXPECT_EQ(address.Address, "192.0.2.10");
   EXPECT_EQ(address.SubNetMask, "255.255.255.0");
   management->SetHostname("renamed", ArqOrvoAPI::CHANGE_MODE::Immediate);
   management->GetHostname(text);
   EXPECT_EQ(text, "renamed");
 
-  ArqOrvoAPI::Task_t task;
-  management->ExtractLog(task, ArqOrvoAPI::TARGET_LOCATION::UsbKey);
-  EXPECT_EQ(task.TaskId.Value, "task-1");
-  EXPECT_EQ(task.Status, ArqOrvoAPI::TASK_STATUS::Finished);
-  std::vector<ArqOrvoAPI::Guid_t> ids;
-  management->GetTaskIds(ids);
-  ASSERT_EQ(ids.size(), 1u);
-  management->SetTaskAction(task, ids[0], ArqOrvoAPI::TASK_ACTION::Remove);
-  management->GetTaskIds(ids);
-  EXPECT_TRUE(ids.empty());
-  try {
-    management->GetTask(task, task.TaskId);
-    FAIL() << "no fault";
-  } catch (const ArqOrvoAPI::Fault& fault) {
-    EXPECT_EQ(fault.ErrCode, ArqOrvoAPI::ERROR_CODE::NotFound);
-    EXPECT_EQ(fault.What, "no task task-1");
-  }
   // A configured fault reaches the management service as its own exception,
   // with the code of the same name, or RuntimeError where it has none.
   small.server.Behaviour().Only("Management:GetHostname");
@@ -209,8 +158,6 @@ TEST(ScenarioServingTest, ManagementServiceAnswersFromTheScenarioAndKeepsItsTask
       EXPECT_EQ(fault.What, "gone");
     }
   }
-  management->GetIpAddress(address);
-  EXPECT_EQ(address.DefaultGateway, "192.0.2.254");
 }
 
 TEST(ScenarioServingTest, SmallScenarioThroughTheCollectorDecodesEveryNeighbour) {
@@ -226,22 +173,11 @@ TEST(ScenarioServingTest, SmallScenarioThroughTheCollectorDecodesEveryNeighbour)
   EXPECT_EQ(values->nbLLDPInfos.Value(), 2);
   EXPECT_EQ(values->nbPTPs.Value(), 1);
   const auto eth1 = values->ethernetInterfaceMetrics[0].Value();
-  EXPECT_EQ(eth1.name, "eth1");
   EXPECT_EQ(eth1.vlanIds, "100 110");
-  EXPECT_EQ(eth1.ethernet.ethName, "1/1");
   EXPECT_EQ(eth1.ethernet.state, 1);
   EXPECT_EQ(eth1.ethernet.counters[0], 1000000 + 500000000LL * 3 / 2);
   EXPECT_EQ(eth1.ethernet.rxSpeed, 4000000000LL);
-  const auto eth2 = values->ethernetInterfaceMetrics[1].Value();
-  EXPECT_EQ(eth2.ethernet.state, 0);
-  EXPECT_EQ(eth2.ethernet.counters[1], 5);
-  const auto lag = values->lAGInterfaceMetrics[0].Value();
-  EXPECT_EQ(lag.name, "lag1");
-  EXPECT_EQ(lag.nbEthernetPorts, 3);
-  EXPECT_EQ(lag.vlanIds, "10 20 400");
-  EXPECT_EQ(lag.ethernets[2].ethName, "3/3");
-  EXPECT_EQ(lag.ethernets[3].ethName, "");
-
+  EXPECT_EQ(values->lAGInterfaceMetrics[0].Value().ethernets[2].ethName, "3/3");
   const auto core = values->lLDPInfoMetrics[0].Value();
   EXPECT_EQ(core.localInterface, "1/1");
   EXPECT_EQ(core.chassisId, "00:1b:21:3a:4f:5e");
@@ -258,10 +194,6 @@ TEST(ScenarioServingTest, SmallScenarioThroughTheCollectorDecodesEveryNeighbour)
   EXPECT_EQ(edge.macAddress, "00:1b:21:3a:4f:60");
   EXPECT_EQ(edge.interfaceName, "");
   EXPECT_EQ(edge.timeToLive, 90);
-  const auto local = values->lLDPMetric.Value();
-  EXPECT_EQ(local.chassisId, "02:A0:C9:10:00:01");
-  EXPECT_EQ(local.manufacturer, "OrvoVia Switch");
-  EXPECT_EQ(local.serialNumber, "SIM-0001");
   EXPECT_EQ(values->pTPMetrics[0].Value().interfaces, "1/1 2/1");
   EXPECT_EQ(values->currentConfigMetric.Value().name, "running");
   EXPECT_EQ(log.Lines(LOG_WARNING), std::vector<std::string>{});
@@ -279,38 +211,38 @@ TEST(ScenarioServingTest, FullCapacityScenarioFillsEveryTable) {
   EXPECT_EQ(values->nbLAGInterfaces.Value(), 3);
   EXPECT_EQ(values->nbLLDPInfos.Value(), 60);
   EXPECT_EQ(values->nbPTPs.Value(), 5);
+  // The last row of each table, and a whole column where rows differ.
   for (std::size_t i = 0; i < 48; ++i) {
-    const auto metric = values->ethernetInterfaceMetrics[i].Value();
-    EXPECT_EQ(metric.name, "eth" + std::to_string(i + 1));
-    EXPECT_EQ(metric.ethernet.ethName, "1/" + std::to_string(i + 1));
-    EXPECT_EQ(metric.ethernet.counters[0], static_cast<std::int64_t>(i + 1) * 1000000);
+    EXPECT_EQ(values->ethernetInterfaceMetrics[i].Value().ethernet.counters[0],
+              static_cast<std::int64_t>(i + 1) * 1000000);
   }
-  for (std::size_t i = 0; i < 24; ++i) {
-    const auto metric = values->pRSInterfaceMetrics[i].Value();
-    EXPECT_EQ(metric.name, "prs" + std::to_string(i + 1));
-    EXPECT_EQ(metric.ethernets[1].ethName, "2/" + std::to_string(2 * i + 2));
-  }
-  for (std::size_t i = 0; i < 3; ++i) {
-    const auto metric = values->lAGInterfaceMetrics[i].Value();
-    EXPECT_EQ(metric.name, "lag" + std::to_string(i + 1));
-    EXPECT_EQ(metric.nbEthernetPorts, 6);
-    EXPECT_EQ(metric.ethernets[5].ethName, "3/" + std::to_string(6 * i + 6));
-    EXPECT_EQ(metric.ethernets[5].txSpeed, 2000000000LL);
-  }
-  for (std::size_t i = 0; i < 60; ++i) {
-    const auto metric = values->lLDPInfoMetrics[i].Value();
-    EXPECT_EQ(metric.deviceName, (i < 9 ? "peer-0" : "peer-") + std::to_string(i + 1));
-    EXPECT_EQ(metric.ipAddress, "198.51.100." + std::to_string(i + 1));
-    EXPECT_EQ(metric.timeToLive, 120);
-  }
-  EXPECT_EQ(values->lLDPInfoMetrics[59].Value().localInterface, "2/12");
-  EXPECT_EQ(values->lLDPInfoMetrics[59].Value().chassisId, "00:1b:21:00:00:3c");
-  for (std::size_t i = 0; i < 5; ++i) {
-    EXPECT_EQ(values->pTPMetrics[i].Value().domain, static_cast<std::int8_t>(i));
-  }
+  EXPECT_EQ(values->ethernetInterfaceMetrics[47].Value().name, "eth48");
+  EXPECT_EQ(values->ethernetInterfaceMetrics[47].Value().ethernet.ethName, "1/48");
+  EXPECT_EQ(values->pRSInterfaceMetrics[23].Value().ethernets[1].ethName, "2/48");
+  const auto lag = values->lAGInterfaceMetrics[2].Value();
+  EXPECT_EQ(lag.name, "lag3");
+  EXPECT_EQ(lag.nbEthernetPorts, 6);
+  EXPECT_EQ(lag.ethernets[5].ethName, "3/18");
+  EXPECT_EQ(lag.ethernets[5].txSpeed, 2000000000LL);
+  const auto neighbour = values->lLDPInfoMetrics[59].Value();
+  EXPECT_EQ(neighbour.deviceName, "peer-60");
+  EXPECT_EQ(neighbour.ipAddress, "198.51.100.60");
+  EXPECT_EQ(neighbour.localInterface, "2/12");
+  EXPECT_EQ(neighbour.chassisId, "00:1b:21:00:00:3c");
+  EXPECT_EQ(values->pTPMetrics[4].Value().domain, 4);
   EXPECT_EQ(values->pTPMetrics[4].Value().interfaces, "1/17 1/18 1/19 1/20");
   EXPECT_EQ(log.Count(), 0u);
+  // Ten calls, each over a connection of its own, in the collector's order.
   EXPECT_EQ(full.server.Connections(), 10);
+  const std::vector<std::string> methods = {"Interfaces:GetIfList", "Interfaces:GetInfo",
+                                            "Ethernet:GetEthInfo",  "Interfaces:GetCnt",
+                                            "Interfaces:GetStats",  "Interfaces:GetMainMacAddr",
+                                            "LLDP:GetConfig",       "LLDP:GetInfo",
+                                            "PTP:GetConfig",        "Config:GetCurrentConfig"};
+  std::vector<std::string> called;
+  for (const auto& call : full.server.Behaviour().Calls())
+    called.push_back(call.substr(0, call.find(' ')));
+  EXPECT_EQ(called, methods);
 }
 
 TEST(ScenarioServingTest, InconsistentScenarioGivesTheConvertersWarningsAndDefaults) {
@@ -346,16 +278,13 @@ TEST(ScenarioServingTest, InconsistentScenarioGivesTheConvertersWarningsAndDefau
     EXPECT_EQ(values->ethernetInterfaceMetrics[i].Value(), Dto::Metrics::EthernetInterfaceMetric())
         << i;
   }
-  EXPECT_EQ(values->pRSInterfaceMetrics[0].Value().name, "prs-ok");
   EXPECT_EQ(values->pRSInterfaceMetrics[1].Value(), Dto::Metrics::PRSInterfaceMetric());
   EXPECT_EQ(values->pRSInterfaceMetrics[3].Value().name, "prs-shares");
   EXPECT_EQ(values->pRSInterfaceMetrics[3].Value().ethernets[0].counters[0], 21);
   EXPECT_EQ(values->lAGInterfaceMetrics[0].Value(), Dto::Metrics::LAGInterfaceMetric());
   const auto four = values->lAGInterfaceMetrics[1].Value();
   EXPECT_EQ(four.nbEthernetPorts, 4);
-  EXPECT_EQ(four.ethernets[3].ethName, "3/11");
   EXPECT_EQ(four.ethernets[3].counters[23], 4);
-  EXPECT_EQ(four.ethernets[4], Dto::Metrics::EthernetMetric());
 
   // A port two interfaces share is asked for once.
   const auto calls = inconsistent.server.Behaviour().Calls();
@@ -366,15 +295,9 @@ TEST(ScenarioServingTest, InconsistentScenarioGivesTheConvertersWarningsAndDefau
   // Neighbours with TLVs cut short are published with what can be read.
   EXPECT_EQ(values->nbLLDPInfos.Value(), 2);
   const auto broken = values->lLDPInfoMetrics[0].Value();
-  EXPECT_EQ(broken.localInterface, "1/1");
   EXPECT_EQ(broken.chassisId, "");
-  EXPECT_EQ(broken.deviceName, "");
   EXPECT_EQ(broken.timeToLive, 121);
-  const auto stranger = values->lLDPInfoMetrics[1].Value();
-  EXPECT_EQ(stranger.chassisId, "mgmt0");
-  EXPECT_EQ(stranger.interfaceName, "port-7");
-  EXPECT_EQ(stranger.timeToLive, -1);
-  EXPECT_EQ(values->lLDPMetric.Value().chassisId, "02:a0:c9:30:00:01");
+  EXPECT_EQ(values->lLDPInfoMetrics[1].Value().chassisId, "mgmt0");
   EXPECT_EQ(values->pTPMetrics[0].Value().domain, 127);
 }
 

@@ -1,3 +1,5 @@
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+
 #include "../Modules.h"
 #include "InterfaceRows.h"
 
@@ -23,22 +25,26 @@ namespace {
 
 using namespace Standard;
 
-// Counters of the switch (EthCnt order) behind the IF-MIB counters.
+// Counters of the switch behind the IF-MIB counters, by their positions in
+// the port's counter list.
+using Index = OrvoViaSwitch::Domain::Dto::EthCounterIndex;
 enum Counter : std::size_t {
-  kGoodOctetsReceived = 0,
-  kFrameNotTransmitted = 2,
-  kGoodPacketsBroadcastReceived = 3,
-  kGoodPacketsMulticastReceived = 4,
-  kGoodOctetsSent = 11,
-  kPacketsDropDueCollision = 12,
-  kGoodMulticastPacketsSent = 13,
-  kGoodBroadcastPacketsSent = 14,
-  kInternalDropPacketsBW = 17,
-  kFirstReceiveError = 18,  // undersize, fragments, oversize, jabber, MAC errors,
-  kLastReceiveError = 23,   // CRC errors
-  kLateMacCollision = 25,
-  kGoodUnicastFrameReceived = 26,
-  kGoodUnicastFrameSent = 27,
+  kGoodOctetsReceived = Index::NbOfGoodOctetsReceived,
+  kFrameNotTransmitted = Index::NbOfFrameNotTransmitted,
+  kGoodPacketsBroadcastReceived = Index::NbOfGoodPacketsBroadcast,
+  kGoodPacketsMulticastReceived = Index::NbOfGoodPacketsMulticast,
+  kGoodOctetsSent = Index::NbOfGoodOctectsSent,
+  kPacketsDropDueCollision = Index::NbOfPacketsDropDueCollision,
+  kGoodMulticastPacketsSent = Index::NbOfGoodMulticastPacketsSent,
+  kGoodBroadcastPacketsSent = Index::NbOfGoodBroadcastPacketsSent,
+  kInternalDropPacketsBW = Index::NbOfInternalDropPacketsBW,
+  // The receive errors follow each other: undersize, fragments, oversize,
+  // jabber, MAC errors, CRC errors.
+  kFirstReceiveError = Index::NbOfPacketsSizeLess64BytesReceived,
+  kLastReceiveError = Index::NbOfCrcErrorEvents,
+  kLateMacCollision = Index::NbOfLateMacCollision,
+  kGoodUnicastFrameReceived = Index::NbOfGoodUnicastFrameReceived,
+  kGoodUnicastFrameSent = Index::NbOfGoodUnicastFrameSent,
 };
 
 std::uint64_t Value(const InterfaceRow& row, Counter counter) {

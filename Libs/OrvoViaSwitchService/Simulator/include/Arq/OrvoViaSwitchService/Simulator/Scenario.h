@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
 #include "Arq/OrvoViaSwitchService/Simulator/ServerData.h"
 
 namespace Arq::OrvoViaSwitchService::Simulator {
@@ -31,7 +32,7 @@ class ScenarioError : public std::runtime_error {
 // switch. The file format is described in the README.
 class Scenario {
  public:
-  static constexpr std::size_t kCounters = 30;
+  static constexpr std::size_t kCounters = OrvoViaSwitch::Domain::Dto::kEthCounterCount;
 
   // Throws ScenarioError.
   static Scenario Load(const std::string& path);

@@ -5,12 +5,14 @@
 #include <cstdint>
 #include <string>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+
 namespace Arq::OrvoViaSwitch::Domain::Dto::Metrics {
 
 // Flat, SNMP-ready records derived from the switch records. The MIB columns
 // are taken from the fields in their declared order: do not reorder them.
 
-inline constexpr std::size_t kEthernetCounterCount = 30;
+inline constexpr std::size_t kEthernetCounterCount = kEthCounterCount;
 
 // One Ethernet port.
 struct EthernetMetric {
@@ -18,8 +20,7 @@ struct EthernetMetric {
   std::int32_t mode = -1;   // domain EthMode, -1 unknown
   std::int32_t speed = -1;  // domain EthSpeed, -1 unknown
   std::int32_t state = -1;  // -1 unknown, 1 link up, 0 any other state
-  // The port's counters in the switch's EthCnt order, from
-  // NbOfGoodOctetsReceived to NbOfValidFrameSentHalfDupWithOutCollision.
+  // The port's counters in the order of ARQ_ETH_COUNTERS.
   std::array<std::int64_t, kEthernetCounterCount> counters{};
   std::int64_t txSpeed = 0;  // bits per second
   std::int64_t rxSpeed = 0;  // bits per second
