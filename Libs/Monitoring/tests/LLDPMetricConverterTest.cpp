@@ -48,6 +48,7 @@ TEST(LldpTlvTest, ChassisAndPortIdentifiersBySubtype) {
       {Tlv::Encode(1, B({4}) + mac), "00:1b:21:3a:4f:5e"},
       {Tlv::Encode(1, B({4}) + mac.substr(0, 5)), ""},
       {Tlv::Encode(1, B({5, 1, 10, 0, 0, 7})), "10.0.0.7"},
+      {Tlv::Encode(1, B({5, 2, 'f', 'e'})), "fe"},  // not IPv4: the address as text
       {Tlv::Encode(1, B({7}) + "rack3\x01sw"), "rack3.sw"},
       {Tlv::Encode(1, B({6}) + "bond0  "), "bond0"},
       {Tlv::Encode(1, ""), std::nullopt},
@@ -187,12 +188,18 @@ TEST(LLDPMetricConverterTest, LocalIdentityAndNeighbourHolders) {
   EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("02-a0-c9-00-00-01"), "02:a0:c9:00:00:01");
   EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("not a mac"), "not a mac");
 
+  // 62 neighbours fill the 60 holders; then fewer, and one changed: the memo
+  // must not keep serving its former decoding.
+  LLDPMetricConverter::Memo memo;
   std::vector<Dto::LldpInfo> infos(62);
   for (std::size_t i = 0; i < infos.size(); ++i) infos[i].IfName = "eth" + std::to_string(i);
-  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data()), 62u);
+  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data(), memo), 62u);
   EXPECT_EQ(values->lLDPInfoMetrics[59].Value().localInterface, "eth59");
   infos.resize(2);
-  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data()), 2u);
+  infos[1].IfName = "eth99";
+  EXPECT_EQ(LLDPMetricConverter::ToMetric(infos, values->lLDPInfoMetrics.data(), memo), 2u);
+  EXPECT_EQ(values->lLDPInfoMetrics[0].Value().localInterface, "eth0");
+  EXPECT_EQ(values->lLDPInfoMetrics[1].Value().localInterface, "eth99");
   EXPECT_EQ(values->lLDPInfoMetrics[2].Value(), Metrics::LLDPInfoMetric());
 }
 

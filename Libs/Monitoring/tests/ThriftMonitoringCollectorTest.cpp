@@ -274,35 +274,10 @@ std::vector<std::string> TenCalls(const std::string& ifNames, const std::string&
   return journal;
 }
 
-TEST(ThriftMonitoringCollectorTest, MakesTheTenCallsInOrderEachWithItsOwnClient) {
+// Ten calls in order, each with its own client, all before any holder is
+// written; then the counts of every kind.
+TEST(ThriftMonitoringCollectorTest, MakesTheTenCallsThenStoresTheCounts) {
   Testing::SnmpErrorLog log;
-  FakeSwitch fake = SmallSwitch();
-  ThriftMonitoringCollector collector(std::make_unique<FakeClientFactory>(fake));
-  auto values = std::make_unique<OrvoViaMonitoringValues_s>();
-
-  collector.Collect(values.get());
-
-  // Ports in interface-key order (eth1, eth2, lag1, prs1), p2 only once.
-  EXPECT_EQ(fake.journal, TenCalls("[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"));
-  EXPECT_TRUE(log.Lines().empty());
-}
-
-TEST(ThriftMonitoringCollectorTest, StoresTheCountOfEveryKind) {
-  Testing::SnmpErrorLog log;
-  FakeSwitch fake = SmallSwitch();
-  ThriftMonitoringCollector collector(std::make_unique<FakeClientFactory>(fake));
-  auto values = std::make_unique<OrvoViaMonitoringValues_s>();
-
-  collector.Collect(values.get());
-
-  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 2);
-  EXPECT_EQ(values->nbPRSInterfaces.Value(), 1);
-  EXPECT_EQ(values->nbLAGInterfaces.Value(), 1);
-  EXPECT_EQ(values->nbLLDPInfos.Value(), 3);
-  EXPECT_EQ(values->nbPTPs.Value(), 2);
-}
-
-TEST(ThriftMonitoringCollectorTest, NoHolderIsWrittenBeforeTheLastCall) {
   FakeSwitch fake = SmallSwitch();
   auto values = std::make_unique<OrvoViaMonitoringValues_s>();
   values->nbEthernetInterfaces.Value(7);
@@ -317,9 +292,14 @@ TEST(ThriftMonitoringCollectorTest, NoHolderIsWrittenBeforeTheLastCall) {
 
   collector.Collect(values.get());
 
+  // Ports in interface-key order (eth1, eth2, lag1, prs1), p2 only once.
+  EXPECT_EQ(fake.journal, TenCalls("[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"));
+  EXPECT_TRUE(log.Lines().empty());
   EXPECT_EQ(seenAtLastCall, (std::vector<long>{7, 7}));
-  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 2);
-  EXPECT_EQ(values->nbPTPs.Value(), 2);
+  EXPECT_EQ((std::vector<long>{values->nbEthernetInterfaces.Value(),
+                               values->nbPRSInterfaces.Value(), values->nbLAGInterfaces.Value(),
+                               values->nbLLDPInfos.Value(), values->nbPTPs.Value()}),
+            (std::vector<long>{2, 1, 1, 3, 2}));
 }
 
 struct FailureCase {
@@ -357,19 +337,22 @@ TEST_P(ThriftMonitoringCollectorFailureTest, OneFailedCallLogsOnceAndTheOthersSt
             std::vector<std::string>{"Error: " + std::string(GetParam().operation) + " failed\n"});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    EveryCall, ThriftMonitoringCollectorFailureTest,
-    ::testing::Values(FailureCase{"GetIfList", "[]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetIfInfo", "[eth2,eth1,prs1,lag1]", "[]"},
-                      FailureCase{"GetEthInfo", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetEthCnt", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetEthStats", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetMainMacAddr", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetLldpConfig", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetLldpInfo", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetPTPConfig", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"},
-                      FailureCase{"GetCurrentConfig", "[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"}),
-    [](const ::testing::TestParamInfo<FailureCase>& info) { return info.param.operation; });
+const char* const kIfNames = "[eth2,eth1,prs1,lag1]";
+const char* const kPortNames = "[p1,p2,p5,p3,p4]";
+INSTANTIATE_TEST_SUITE_P(EveryCall, ThriftMonitoringCollectorFailureTest,
+                         ::testing::Values(FailureCase{"GetIfList", "[]", kPortNames},
+                                           FailureCase{"GetIfInfo", kIfNames, "[]"},
+                                           FailureCase{"GetEthInfo", kIfNames, kPortNames},
+                                           FailureCase{"GetEthCnt", kIfNames, kPortNames},
+                                           FailureCase{"GetEthStats", kIfNames, kPortNames},
+                                           FailureCase{"GetMainMacAddr", kIfNames, kPortNames},
+                                           FailureCase{"GetLldpConfig", kIfNames, kPortNames},
+                                           FailureCase{"GetLldpInfo", kIfNames, kPortNames},
+                                           FailureCase{"GetPTPConfig", kIfNames, kPortNames},
+                                           FailureCase{"GetCurrentConfig", kIfNames, kPortNames}),
+                         [](const ::testing::TestParamInfo<FailureCase>& info) {
+                           return info.param.operation;
+                         });
 
 TEST(ThriftMonitoringCollectorTest, UnreachableSwitchLogsTenErrorsAndPublishesEmptyData) {
   Testing::SnmpErrorLog log;

@@ -34,32 +34,41 @@ std::map<std::string, std::string> WalkBelow(const SnmpMaster& master, const std
   return cells;
 }
 
-// One private snmpd and the test sub-agent for the whole suite.
+// A private snmpd and the test sub-agent serving its first set of values.
+struct Deployment {
+  TempDir dir{"arq-snmp"};
+  SnmpMaster master{dir.Path()};
+  std::unique_ptr<ChildProcess> agent;
+  bool serving = false;
+
+  Deployment() {
+    if (!master.Start()) return;
+    agent = std::make_unique<ChildProcess>(
+        std::vector<std::string>{ARQ_TEST_SUBAGENT, dir.File("agent.log")}, master.Environment(),
+        dir.File("agent.out"));
+    serving = WaitUntil([&] { return master.Get(B + ".1.1.0") == "Counter32: 2"; }, 20s);
+  }
+  std::string Get(const std::string& arcs) const { return master.Get(B + "." + arcs); }
+  std::string Why() const {
+    return ReadFile(dir.File("snmpd.log")) + ReadFile(dir.File("agent.log"));
+  }
+};
+
+// One deployment for the read-only tests. A deployment that does not serve
+// fails every test (a failure in SetUpTestSuite would only skip them).
 class SubAgentTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    dir = new TempDir("arq-snmp");
-    master = new SnmpMaster(dir->Path());
-    ASSERT_TRUE(master->Start()) << ReadFile(dir->File("snmpd.log"));
-    agent = new ChildProcess({ARQ_TEST_SUBAGENT, dir->File("agent.log")}, master->Environment(),
-                             dir->File("agent.out"));
-    ASSERT_TRUE(WaitUntil([] { return master->Get(B + ".1.1.0") == "Counter32: 2"; }, 20s))
-        << ReadFile(dir->File("agent.log"));
-  }
+  static void SetUpTestSuite() { deployment = new Deployment(); }
   static void TearDownTestSuite() {
-    delete agent;
-    delete master;
-    delete dir;
+    delete deployment;
+    deployment = nullptr;
   }
-  static std::string Get(const std::string& arcs) { return master->Get(B + "." + arcs); }
+  void SetUp() override { ASSERT_TRUE(deployment->serving) << deployment->Why(); }
+  static std::string Get(const std::string& arcs) { return deployment->Get(arcs); }
 
-  static TempDir* dir;
-  static SnmpMaster* master;
-  static ChildProcess* agent;
+  static Deployment* deployment;
 };
-TempDir* SubAgentTest::dir = nullptr;
-SnmpMaster* SubAgentTest::master = nullptr;
-ChildProcess* SubAgentTest::agent = nullptr;
+Deployment* SubAgentTest::deployment = nullptr;
 
 TEST_F(SubAgentTest, ScalarsServeTheirSyntaxAndCutTexts) {
   EXPECT_EQ(Get("2.1.0"), "Counter32: 1");
@@ -122,12 +131,12 @@ TEST_F(SubAgentTest, WalksReturnEveryFixedRowOfEveryTable) {
        {Table{"1.2.1.2", 48}, Table{"2.2.1.2", 24}, Table{"3.2.1.2", 5}, Table{"5.2.1.2", 60},
         Table{"7.2.6.1.2", 6}, Table{"7.3.6.1.2", 6}, Table{"7.4.6.1.37", 6}}) {
     SCOPED_TRACE(table.column);
-    const auto cells = master->Walk(B + "." + table.column);
+    const auto cells = deployment->master.Walk(B + "." + table.column);
     ASSERT_EQ(cells.size(), table.rows);
     EXPECT_EQ(cells.begin()->first, B + "." + table.column + ".0");
   }
   // The row's own index: a walk never serves row i with row i-1's data.
-  const auto names = master->Walk(B + ".1.2.1.2");
+  const auto names = deployment->master.Walk(B + ".1.2.1.2");
   EXPECT_EQ(names.at(B + ".1.2.1.2.0"), "STRING: \"eth1\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.1"), "STRING: \"eth2\"");
   EXPECT_EQ(names.at(B + ".1.2.1.2.2"), "\"\"");
@@ -135,7 +144,7 @@ TEST_F(SubAgentTest, WalksReturnEveryFixedRowOfEveryTable) {
   // tables; then the collector's 12 scalars and 4 columns of 10 calls.
   std::size_t first = 0;
   std::size_t collector = 0;
-  for (const auto& [name, value] : master->Walk(B)) {
+  for (const auto& [name, value] : deployment->master.Walk(B)) {
     (name.rfind(B + ".8.", 0) == 0 ? collector : first) += 1;
   }
   EXPECT_EQ(first, 28u + 48 * 40 + 24 * 76 + 5 * 4 + 60 * 10 + 3 * 6 * 36);
@@ -171,14 +180,14 @@ TEST_F(SubAgentTest, RereadingUnchangedValuesLogsNothing) {
                                          "5.2.1.7.0", "7.3.6.1.2.1", "7.3.1.0"};
   auto readAll = [&] {
     for (const auto& arcs : objects) Get(arcs);
-    master->Walk(B + ".7.3");
+    deployment->master.Walk(B + ".7.3");
   };
   readAll();
-  const std::string logged = ReadFile(dir->File("agent.log"));
+  const std::string logged = ReadFile(deployment->dir.File("agent.log"));
   EXPECT_THAT(logged, testing::HasSubstr("ethernetInterfaceMetrics has changed on row: 0.\n"));
   EXPECT_THAT(logged, testing::HasSubstr("lAGInterfaceMetrics[1] has changed (InterfaceName).\n"));
   readAll();
-  EXPECT_EQ(ReadFile(dir->File("agent.log")), logged);
+  EXPECT_EQ(ReadFile(deployment->dir.File("agent.log")), logged);
 }
 
 // Every scalar, and a column of every table (an existing row and a row that
@@ -219,7 +228,7 @@ TEST_F(SubAgentTest, SetsAreRefusedEverywhere) {
     SCOPED_TRACE(c.arcs);
     const std::string before = Get(c.arcs);
     const auto result =
-        master->Tool("snmpset", {"-c", "private"}, {B + "." + c.arcs, c.type, c.value});
+        deployment->master.Tool("snmpset", {"-c", "private"}, {B + "." + c.arcs, c.type, c.value});
     EXPECT_THAT(result.output, testing::HasSubstr(c.error));
     EXPECT_EQ(Get(c.arcs), before);
   }
@@ -230,7 +239,7 @@ TEST_F(SubAgentTest, SetsAreRefusedEverywhere) {
 // (whose rows for this machine's interfaces must not show).
 TEST_F(SubAgentTest, IfMibServesEveryPortPrsAndLagOverSnmpdsOwnRows) {
   using Map = std::map<std::string, std::string>;
-  EXPECT_EQ(WalkBelow(*master, kIfXTable + "1"),
+  EXPECT_EQ(WalkBelow(deployment->master, kIfXTable + "1"),
             (Map{{"200001", "STRING: \"prs1\""},
                  {"1000000", "STRING: \"eth1\""},
                  {"1000001", "STRING: \"eth2\""},
@@ -239,8 +248,8 @@ TEST_F(SubAgentTest, IfMibServesEveryPortPrsAndLagOverSnmpdsOwnRows) {
                  {"1000004", "STRING: \"lag-with-a-very-long-name\""},
                  {"1000005", "STRING: \"eth21\""},
                  {"1000006", "STRING: \"eth22\""}}));
-  EXPECT_EQ(master->Get("1.3.6.1.2.1.2.1.0"), "INTEGER: 8");
-  EXPECT_EQ(ReadFile(dir->File("persist/orvovia-ifindex.conf")),
+  EXPECT_EQ(deployment->master.Get("1.3.6.1.2.1.2.1.0"), "INTEGER: 8");
+  EXPECT_EQ(ReadFile(deployment->dir.File("persist/orvovia-ifindex.conf")),
             "1000000 eth1\n1000002 eth17\n1000003 eth18\n1000001 eth2\n1000005 eth21\n"
             "1000006 eth22\n1000004 lag-with-a-very-long-name\n");
   struct Cell {
@@ -275,12 +284,13 @@ TEST_F(SubAgentTest, IfMibServesEveryPortPrsAndLagOverSnmpdsOwnRows) {
            {kIfXTable + "18.1000000", "STRING: \"uplink\""},
            {kIfXTable + "19.1000000", "Timeticks: (0) 0:00:00.00"}}) {
     SCOPED_TRACE(cell.oid);
-    EXPECT_EQ(master->Get(cell.oid), cell.value);
+    EXPECT_EQ(deployment->master.Get(cell.oid), cell.value);
   }
-  EXPECT_THAT(master->Get(kIfTable + "2.1"), testing::HasSubstr("No Such Instance"));
-  EXPECT_THAT(master->Get(kIfTable + "23.1000000"), testing::HasSubstr("No Such Object"));
+  EXPECT_THAT(deployment->master.Get(kIfTable + "2.1"), testing::HasSubstr("No Such Instance"));
+  EXPECT_THAT(deployment->master.Get(kIfTable + "23.1000000"),
+              testing::HasSubstr("No Such Object"));
   // Layers: the PRS and the LAG over their ports, (0, x) and (x, 0) at the ends.
-  const auto stack = WalkBelow(*master, "1.3.6.1.2.1.31.1.2.1.3");
+  const auto stack = WalkBelow(deployment->master, "1.3.6.1.2.1.31.1.2.1.3");
   EXPECT_EQ(stack.size(), 4u + 4 + 6);
   for (const char* pair : {"200001.1000002", "200001.1000003", "1000004.1000005", "1000004.1000006",
                            "0.1000000", "0.200001", "1000006.0"}) {
@@ -288,12 +298,16 @@ TEST_F(SubAgentTest, IfMibServesEveryPortPrsAndLagOverSnmpdsOwnRows) {
   }
 }
 
-// Runs last in this suite (and alone under CTest): changes the values, then
-// stops the agent.
-TEST_F(SubAgentTest, ZChangesAreServedAndSigtermEndsCleanly) {
-  auto names = WalkBelow(*master, kIfXTable + "1");
+// Its own deployment: changes the values, then stops the agent.
+TEST(SubAgentLifecycleTest, ChangesAreServedAndSigtermEndsCleanly) {
+  Deployment d;
+  ASSERT_TRUE(d.serving) << d.Why();
+  const Deployment* deployment = &d;
+  auto Get = [&](const std::string& arcs) { return d.Get(arcs); };
+  auto agent = d.agent.get();
+  auto names = WalkBelow(deployment->master, kIfXTable + "1");
   agent->Signal(SIGUSR1);
-  EXPECT_TRUE(WaitUntil([] { return Get("1.1.0") == "Counter32: 3"; }, 10s));
+  EXPECT_TRUE(WaitUntil([&] { return Get("1.1.0") == "Counter32: 3"; }, 10s));
   EXPECT_EQ(Get("4.4.0"), "IpAddress: 0.0.0.0");  // 10.0.0.256
   EXPECT_EQ(Get("6.2.0"), "INTEGER: 1");
   EXPECT_EQ(Get("1.2.1.2.0"), "STRING: \"eth1-renamed\"");
@@ -301,11 +315,13 @@ TEST_F(SubAgentTest, ZChangesAreServedAndSigtermEndsCleanly) {
   // eth2 went away and 4/7 came: every other port keeps its ifIndex.
   ASSERT_EQ(names.erase("1000001"), 1u);
   names["4007"] = "STRING: \"4/7\"";
-  EXPECT_EQ(WalkBelow(*master, kIfXTable + "1"), names);
-  EXPECT_EQ(master->Get(kIfTable + "8.1000000"), "INTEGER: 2");
-  EXPECT_THAT(master->Get(kIfTable + "9.1000000"), testing::Not(testing::HasSubstr("(0)")));
-  EXPECT_THAT(master->Get(kIfXTable + "19.1000000"), testing::Not(testing::HasSubstr("(0)")));
-  const std::string log = ReadFile(dir->File("agent.log"));
+  EXPECT_EQ(WalkBelow(deployment->master, kIfXTable + "1"), names);
+  EXPECT_EQ(deployment->master.Get(kIfTable + "8.1000000"), "INTEGER: 2");
+  EXPECT_THAT(deployment->master.Get(kIfTable + "9.1000000"),
+              testing::Not(testing::HasSubstr("(0)")));
+  EXPECT_THAT(deployment->master.Get(kIfXTable + "19.1000000"),
+              testing::Not(testing::HasSubstr("(0)")));
+  const std::string log = ReadFile(deployment->dir.File("agent.log"));
   EXPECT_THAT(log, testing::HasSubstr("nbEthernetInterfaces has changed.\n"));
   EXPECT_THAT(log, testing::HasSubstr("ethernetInterfaceMetrics has changed on row: 0.\n"));
   EXPECT_THAT(log,
@@ -317,7 +333,7 @@ TEST_F(SubAgentTest, ZChangesAreServedAndSigtermEndsCleanly) {
   ASSERT_TRUE(status);
   EXPECT_TRUE(WIFEXITED(*status));
   EXPECT_EQ(WEXITSTATUS(*status), 0);
-  const std::string finalLog = ReadFile(dir->File("agent.log"));
+  const std::string finalLog = ReadFile(deployment->dir.File("agent.log"));
   const auto up = finalLog.find("orvovia-snmpd is up and running.\n");
   const auto down = finalLog.find("orvovia-snmpd is shutdowning.\n");
   ASSERT_NE(up, std::string::npos);
