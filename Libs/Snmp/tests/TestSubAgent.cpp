@@ -42,22 +42,12 @@ void Fill(bool changed) {
   eth.vid = 100;
   eth.vlanIds = "100 110";
   eth.ethernet = Port("eth1", 1000);
-  if (changed) {
-    // Link lost and counters cleared: ifLastChange and ifCounterDiscontinuityTime move.
-    eth.ethernet.state = 0;
-    eth.ethernet.counters[0] = 10;
-  }
   v.ethernetInterfaceMetrics[0].Value(eth);
-  v.ethernetInterfaceDetails[0].Value({"uplink", "02:a0:c9:10:00:11"});
   eth.name = "eth2";
   eth.ethernet = Port("eth2", 2000);
   eth.ethernet.mode = -1;
   eth.ethernet.counters[0] = 4294967301LL;  // beyond 32 bits
-  // The second set drops eth2 and adds a port the ifIndex rule places.
-  v.ethernetInterfaceMetrics[1].Value(changed ? Metrics::EthernetInterfaceMetric() : eth);
-  eth.name = "eth3";
-  eth.ethernet = Port("4/7", 4000);
-  if (changed) v.ethernetInterfaceMetrics[2].Value(eth);
+  v.ethernetInterfaceMetrics[1].Value(eth);
   Metrics::PRSInterfaceMetric prs;
   prs.name = "prs1";
   prs.status = 1;
