@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <syslog.h>
 
 #include <memory>
 
@@ -64,14 +65,6 @@ struct Answers {
                                               cursors);
   }
 };
-
-std::vector<std::string> Warnings(const SnmpLogCapture& log) {
-  std::vector<std::string> warnings;
-  for (const auto& line : log.Lines()) {
-    if (line.rfind("4 ", 0) == 0) warnings.push_back(line.substr(2));
-  }
-  return warnings;
-}
 
 TEST(InterfaceMetricConverterTest, EthernetInterfaceCopiesEveryField) {
   auto values = std::make_unique<Values>();
@@ -141,7 +134,7 @@ TEST(InterfaceMetricConverterTest, InconsistentInterfacesArePublishedAsDefault) 
     SnmpLogCapture log;
     EXPECT_EQ(a.Convert(values->ethernetInterfaceMetrics.data()), 1u);
     EXPECT_EQ(values->ethernetInterfaceMetrics[0].Value(), Metrics::EthernetInterfaceMetric());
-    EXPECT_EQ(Warnings(log), c.warnings);
+    EXPECT_EQ(log.Lines(LOG_WARNING), c.warnings);
   }
 }
 
@@ -158,7 +151,7 @@ TEST(InterfaceMetricConverterTest, PrsAndLagMemberRules) {
   SnmpLogCapture log;
   EXPECT_EQ(a.Convert(values->pRSInterfaceMetrics.data()), 3u);
   EXPECT_EQ(a.Convert(values->lAGInterfaceMetrics.data()), 3u);
-  EXPECT_THAT(Warnings(log),
+  EXPECT_THAT(log.Lines(LOG_WARNING),
               ElementsAre("Duplicate Ethernet Name: p1 for Interface Name: prsDup\n",
                           "Inconsistent Number of Ethernet (2/3) for Interface Name: prs3\n",
                           "Inconsistent Number of Ethernet (6/7) for Interface Name: lag7\n",

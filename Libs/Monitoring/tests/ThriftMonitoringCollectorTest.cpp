@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
+#include <syslog.h>
 
 #include <functional>
 #include <map>
 #include <memory>
-#include <ostream>
 #include <set>
 #include <string>
 #include <utility>
@@ -11,7 +11,7 @@
 
 #include "Arq/Monitoring/ThriftMonitoringCollector.h"
 #include "Arq/OrvoViaSwitch/Domain/Exception/DomainException.h"
-#include "SnmpErrorLog.h"
+#include "SnmpLogCapture.h"
 
 namespace Arq::Monitoring {
 namespace {
@@ -59,10 +59,14 @@ struct FakeSwitch {
   }
 };
 
-// The part every fake client shares: journal entries for open, close and
-// destruction.
-template <typename Interface>
-class FakeClient : public Interface {
+// One fake client for every service: the factory hands out a new one per
+// call, named after its service; each opening, closing and destruction goes
+// to the journal.
+class FakeClient : public Interfaces::IOrvoViaSwitchInterfacesClient,
+                   public Interfaces::IOrvoViaSwitchEthernetClient,
+                   public Interfaces::IOrvoViaSwitchLLDPClient,
+                   public Interfaces::IOrvoViaSwitchPTPClient,
+                   public Interfaces::IOrvoViaSwitchConfigClient {
  public:
   FakeClient(FakeSwitch& fake, std::string service) : fake(fake), service(std::move(service)) {
     fake.journal.push_back("Create " + this->service);
@@ -71,15 +75,6 @@ class FakeClient : public Interface {
   void Open() override { fake.Step("Open " + service); }
   void Close() override { fake.journal.push_back("Close " + service); }
 
- protected:
-  [[noreturn]] static void Unused() { throw std::logic_error("not called by the collector"); }
-  FakeSwitch& fake;
-  std::string service;
-};
-
-class FakeInterfacesClient : public FakeClient<Interfaces::IOrvoViaSwitchInterfacesClient> {
- public:
-  explicit FakeInterfacesClient(FakeSwitch& fake) : FakeClient(fake, "Interfaces") {}
   std::vector<std::string> GetIfList(const Dto::Header&) override {
     fake.Step("GetIfList");
     return fake.ifList;
@@ -103,6 +98,29 @@ class FakeInterfacesClient : public FakeClient<Interfaces::IOrvoViaSwitchInterfa
     fake.Step("GetMainMacAddr");
     return fake.mainMac;
   }
+  std::vector<Dto::EthInfo> GetEthInfo(const Dto::Header&,
+                                       const std::vector<std::string>& names) override {
+    fake.Step("GetEthInfo " + FakeSwitch::Names(names));
+    return fake.ethInfos;
+  }
+  Dto::LldpConfig GetLldpConfig(const Dto::Header&) override {
+    fake.Step("GetLldpConfig");
+    return fake.lldpConfig;
+  }
+  std::vector<Dto::LldpInfo> GetLldpInfo(const Dto::Header&) override {
+    fake.Step("GetLldpInfo");
+    return fake.neighbours;
+  }
+  std::vector<Dto::PTPConfig> GetPTPConfig(const Dto::Header&) override {
+    fake.Step("GetPTPConfig");
+    return fake.ptpConfigs;
+  }
+  Dto::ConfigFile GetCurrentConfig(const Dto::Header&) override {
+    fake.Step("GetCurrentConfig");
+    return fake.currentConfig;
+  }
+
+  // What the collector never calls.
   std::map<std::string, std::string> GetMacAddr(const Dto::Header&,
                                                 const std::vector<std::string>&) override {
     Unused();
@@ -128,40 +146,12 @@ class FakeInterfacesClient : public FakeClient<Interfaces::IOrvoViaSwitchInterfa
   void SetIpConfig(const Dto::Header&, const std::string&, const Dto::IfIpConfig&) override {
     Unused();
   }
-};
-
-class FakeEthernetClient : public FakeClient<Interfaces::IOrvoViaSwitchEthernetClient> {
- public:
-  explicit FakeEthernetClient(FakeSwitch& fake) : FakeClient(fake, "Ethernet") {}
   void ConfigureEth(const Dto::Header&, const Dto::EthConfig&,
                     const std::vector<std::string>&) override {
     Unused();
   }
-  std::vector<Dto::EthInfo> GetEthInfo(const Dto::Header&,
-                                       const std::vector<std::string>& names) override {
-    fake.Step("GetEthInfo " + FakeSwitch::Names(names));
-    return fake.ethInfos;
-  }
   std::vector<Dto::HwDesc> GetHardwareDesc(const Dto::Header&) override { Unused(); }
-};
-
-class FakeLLDPClient : public FakeClient<Interfaces::IOrvoViaSwitchLLDPClient> {
- public:
-  explicit FakeLLDPClient(FakeSwitch& fake) : FakeClient(fake, "LLDP") {}
   void SetLldpConfig(const Dto::Header&, const Dto::LldpConfig&) override { Unused(); }
-  Dto::LldpConfig GetLldpConfig(const Dto::Header&) override {
-    fake.Step("GetLldpConfig");
-    return fake.lldpConfig;
-  }
-  std::vector<Dto::LldpInfo> GetLldpInfo(const Dto::Header&) override {
-    fake.Step("GetLldpInfo");
-    return fake.neighbours;
-  }
-};
-
-class FakePTPClient : public FakeClient<Interfaces::IOrvoViaSwitchPTPClient> {
- public:
-  explicit FakePTPClient(FakeSwitch& fake) : FakeClient(fake, "PTP") {}
   void SetPTPConfig(const Dto::Header&, const Dto::PTPConfig&) override { Unused(); }
   void AddInterfaces(const Dto::Header&, std::int8_t, const std::vector<std::string>&) override {
     Unused();
@@ -170,15 +160,6 @@ class FakePTPClient : public FakeClient<Interfaces::IOrvoViaSwitchPTPClient> {
     Unused();
   }
   void DelPTPConfig(const Dto::Header&, std::int8_t) override { Unused(); }
-  std::vector<Dto::PTPConfig> GetPTPConfig(const Dto::Header&) override {
-    fake.Step("GetPTPConfig");
-    return fake.ptpConfigs;
-  }
-};
-
-class FakeConfigClient : public FakeClient<Interfaces::IOrvoViaSwitchConfigClient> {
- public:
-  explicit FakeConfigClient(FakeSwitch& fake) : FakeClient(fake, "Config") {}
   std::vector<Dto::ConfigFile> ListConfigFile(const Dto::Header&, const Dto::ConfigType&) override {
     Unused();
   }
@@ -189,10 +170,6 @@ class FakeConfigClient : public FakeClient<Interfaces::IOrvoViaSwitchConfigClien
   void BackupRunningConfig(const Dto::Header&, const Dto::ConfigFile&) override { Unused(); }
   void SetConfigComment(const Dto::Header&, const Dto::ConfigFile&) override { Unused(); }
   std::string GetConfigComment(const Dto::Header&, const Dto::ConfigFile&) override { Unused(); }
-  Dto::ConfigFile GetCurrentConfig(const Dto::Header&) override {
-    fake.Step("GetCurrentConfig");
-    return fake.currentConfig;
-  }
   void CopyConfig(const Dto::Header&, const Dto::ConfigFile&, const Dto::ConfigFile&) override {
     Unused();
   }
@@ -200,6 +177,11 @@ class FakeConfigClient : public FakeClient<Interfaces::IOrvoViaSwitchConfigClien
   void RenameConfig(const Dto::Header&, const Dto::ConfigFile&, const Dto::ConfigFile&) override {
     Unused();
   }
+
+ private:
+  [[noreturn]] static void Unused() { throw std::logic_error("not called by the collector"); }
+  FakeSwitch& fake;
+  std::string service;
 };
 
 class FakeClientFactory : public Interfaces::IOrvoViaSwitchMonitoringClientFactory {
@@ -207,23 +189,23 @@ class FakeClientFactory : public Interfaces::IOrvoViaSwitchMonitoringClientFacto
   explicit FakeClientFactory(FakeSwitch& fake) : fake(fake) {}
   std::unique_ptr<Interfaces::IOrvoViaSwitchConfigClient> CreateOrvoViaSwitchConfigProxyClient()
       override {
-    return std::make_unique<FakeConfigClient>(fake);
+    return std::make_unique<FakeClient>(fake, "Config");
   }
   std::unique_ptr<Interfaces::IOrvoViaSwitchEthernetClient> CreateOrvoViaSwitchEthernetProxyClient()
       override {
-    return std::make_unique<FakeEthernetClient>(fake);
+    return std::make_unique<FakeClient>(fake, "Ethernet");
   }
   std::unique_ptr<Interfaces::IOrvoViaSwitchInterfacesClient>
   CreateOrvoViaSwitchInterfacesProxyClient() override {
-    return std::make_unique<FakeInterfacesClient>(fake);
+    return std::make_unique<FakeClient>(fake, "Interfaces");
   }
   std::unique_ptr<Interfaces::IOrvoViaSwitchLLDPClient> CreateOrvoViaSwitchLLDPProxyClient()
       override {
-    return std::make_unique<FakeLLDPClient>(fake);
+    return std::make_unique<FakeClient>(fake, "LLDP");
   }
   std::unique_ptr<Interfaces::IOrvoViaSwitchPTPClient> CreateOrvoViaSwitchPTPProxyClient()
       override {
-    return std::make_unique<FakePTPClient>(fake);
+    return std::make_unique<FakeClient>(fake, "PTP");
   }
 
  private:
@@ -277,7 +259,7 @@ std::vector<std::string> TenCalls(const std::string& ifNames, const std::string&
 // Ten calls in order, each with its own client, all before any holder is
 // written; then the counts of every kind.
 TEST(ThriftMonitoringCollectorTest, MakesTheTenCallsThenStoresTheCounts) {
-  Testing::SnmpErrorLog log;
+  Testing::SnmpLogCapture log;
   FakeSwitch fake = SmallSwitch();
   auto values = std::make_unique<OrvoViaMonitoringValues_s>();
   values->nbEthernetInterfaces.Value(7);
@@ -294,7 +276,7 @@ TEST(ThriftMonitoringCollectorTest, MakesTheTenCallsThenStoresTheCounts) {
 
   // Ports in interface-key order (eth1, eth2, lag1, prs1), p2 only once.
   EXPECT_EQ(fake.journal, TenCalls("[eth2,eth1,prs1,lag1]", "[p1,p2,p5,p3,p4]"));
-  EXPECT_TRUE(log.Lines().empty());
+  EXPECT_TRUE(log.Lines(LOG_ERR).empty());
   EXPECT_EQ(seenAtLastCall, (std::vector<long>{7, 7}));
   EXPECT_EQ((std::vector<long>{values->nbEthernetInterfaces.Value(),
                                values->nbPRSInterfaces.Value(), values->nbLAGInterfaces.Value(),
@@ -302,60 +284,46 @@ TEST(ThriftMonitoringCollectorTest, MakesTheTenCallsThenStoresTheCounts) {
             (std::vector<long>{2, 1, 1, 3, 2}));
 }
 
-struct FailureCase {
-  const char* operation;
-  // The journal's call lines that change when this operation fails.
-  std::string ifNames;
-  std::string portNames;
-};
+// Each call failing in turn: one error line, the other calls still run, and
+// the failed call's client is destroyed without its Close.
+TEST(ThriftMonitoringCollectorTest, OneFailedCallLogsOnceAndTheOthersStillRun) {
+  const std::string ifNames = "[eth2,eth1,prs1,lag1]", portNames = "[p1,p2,p5,p3,p4]";
+  struct Case {
+    std::string operation, ifNames, portNames;
+  };
+  for (const auto& c : std::vector<Case>{{"GetIfList", "[]", portNames},
+                                         {"GetIfInfo", ifNames, "[]"},
+                                         {"GetEthInfo", ifNames, portNames},
+                                         {"GetEthCnt", ifNames, portNames},
+                                         {"GetEthStats", ifNames, portNames},
+                                         {"GetMainMacAddr", ifNames, portNames},
+                                         {"GetLldpConfig", ifNames, portNames},
+                                         {"GetLldpInfo", ifNames, portNames},
+                                         {"GetPTPConfig", ifNames, portNames},
+                                         {"GetCurrentConfig", ifNames, portNames}}) {
+    SCOPED_TRACE(c.operation);
+    Testing::SnmpLogCapture log;
+    FakeSwitch fake = SmallSwitch();
+    fake.failing = {c.operation};
+    ThriftMonitoringCollector collector(std::make_unique<FakeClientFactory>(fake));
+    auto values = std::make_unique<OrvoViaMonitoringValues_s>();
 
-void PrintTo(const FailureCase& testCase, std::ostream* out) {
-  *out << testCase.operation;
-}
+    collector.Collect(values.get());
 
-class ThriftMonitoringCollectorFailureTest : public ::testing::TestWithParam<FailureCase> {};
-
-TEST_P(ThriftMonitoringCollectorFailureTest, OneFailedCallLogsOnceAndTheOthersStillRun) {
-  Testing::SnmpErrorLog log;
-  FakeSwitch fake = SmallSwitch();
-  fake.failing = {GetParam().operation};
-  ThriftMonitoringCollector collector(std::make_unique<FakeClientFactory>(fake));
-  auto values = std::make_unique<OrvoViaMonitoringValues_s>();
-
-  collector.Collect(values.get());
-
-  auto expected = TenCalls(GetParam().ifNames, GetParam().portNames);
-  // The failed call skips its Close; the client is still destroyed.
-  for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
-    if (entry->rfind(GetParam().operation, 0) == 0) {
-      expected.erase(entry + 1);
-      break;
+    auto expected = TenCalls(c.ifNames, c.portNames);
+    for (auto entry = expected.begin(); entry != expected.end(); ++entry) {
+      if (entry->rfind(c.operation, 0) == 0) {
+        expected.erase(entry + 1);
+        break;
+      }
     }
+    EXPECT_EQ(fake.journal, expected);
+    EXPECT_EQ(log.Lines(LOG_ERR), std::vector<std::string>{"Error: " + c.operation + " failed\n"});
   }
-  EXPECT_EQ(fake.journal, expected);
-  EXPECT_EQ(log.Lines(),
-            std::vector<std::string>{"Error: " + std::string(GetParam().operation) + " failed\n"});
 }
-
-const char* const kIfNames = "[eth2,eth1,prs1,lag1]";
-const char* const kPortNames = "[p1,p2,p5,p3,p4]";
-INSTANTIATE_TEST_SUITE_P(EveryCall, ThriftMonitoringCollectorFailureTest,
-                         ::testing::Values(FailureCase{"GetIfList", "[]", kPortNames},
-                                           FailureCase{"GetIfInfo", kIfNames, "[]"},
-                                           FailureCase{"GetEthInfo", kIfNames, kPortNames},
-                                           FailureCase{"GetEthCnt", kIfNames, kPortNames},
-                                           FailureCase{"GetEthStats", kIfNames, kPortNames},
-                                           FailureCase{"GetMainMacAddr", kIfNames, kPortNames},
-                                           FailureCase{"GetLldpConfig", kIfNames, kPortNames},
-                                           FailureCase{"GetLldpInfo", kIfNames, kPortNames},
-                                           FailureCase{"GetPTPConfig", kIfNames, kPortNames},
-                                           FailureCase{"GetCurrentConfig", kIfNames, kPortNames}),
-                         [](const ::testing::TestParamInfo<FailureCase>& info) {
-                           return info.param.operation;
-                         });
 
 TEST(ThriftMonitoringCollectorTest, UnreachableSwitchLogsTenErrorsAndPublishesEmptyData) {
-  Testing::SnmpErrorLog log;
+  Testing::SnmpLogCapture log;
   FakeSwitch fake = SmallSwitch();
   fake.failing = {"Open"};
   ThriftMonitoringCollector collector(std::make_unique<FakeClientFactory>(fake));
@@ -365,7 +333,7 @@ TEST(ThriftMonitoringCollectorTest, UnreachableSwitchLogsTenErrorsAndPublishesEm
 
   collector.Collect(values.get());
 
-  EXPECT_EQ(log.Lines(), std::vector<std::string>(10, "Error: Open failed\n"));
+  EXPECT_EQ(log.Lines(LOG_ERR), std::vector<std::string>(10, "Error: Open failed\n"));
   EXPECT_EQ(fake.journal.size(), 30u);
   EXPECT_EQ(values->nbEthernetInterfaces.Value(), 0);
   EXPECT_EQ(values->nbLLDPInfos.Value(), 0);
