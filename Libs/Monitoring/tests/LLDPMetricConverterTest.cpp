@@ -48,6 +48,7 @@ TEST(LldpTlvTest, ChassisAndPortIdentifiersBySubtype) {
       {Tlv::Encode(1, B({4}) + mac.substr(0, 5)), ""},
       {Tlv::Encode(1, B({5, 1, 10, 0, 0, 7})), "10.0.0.7"},
       {Tlv::Encode(1, B({5, 2, 'f', 'e'})), "fe"},  // not IPv4: the address as text
+      {Tlv::Encode(1, B({5})), ""},                 // a network address without its family byte
       {Tlv::Encode(1, B({7}) + "rack3\x01sw"), "rack3.sw"},
       {Tlv::Encode(1, B({6}) + "bond0  "), "bond0"},
       {Tlv::Encode(1, ""), std::nullopt},
