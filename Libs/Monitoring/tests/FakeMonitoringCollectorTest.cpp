@@ -24,7 +24,6 @@ TEST(FakeMonitoringCollectorTest, PublishesAConsistentSwitchWithoutWarnings) {
   SnmpLogCapture log;
   collector.Collect(values.get());
   EXPECT_TRUE(log.Lines().empty());
-  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 16);
   const auto neighbour = values->lLDPInfoMetrics[0].Value();
   EXPECT_EQ(neighbour.interfaceName, "uplink to access rack 3");
   EXPECT_EQ(neighbour.serialNumber, "SN OV48X-2210457");
