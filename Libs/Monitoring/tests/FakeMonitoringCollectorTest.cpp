@@ -26,7 +26,6 @@ TEST(FakeMonitoringCollectorTest, PublishesAConsistentSwitchWithoutWarnings) {
   EXPECT_TRUE(log.Lines().empty());
   const auto neighbour = values->lLDPInfoMetrics[0].Value();
   EXPECT_EQ(neighbour.interfaceName, "uplink to access rack 3");
-  EXPECT_EQ(neighbour.serialNumber, "SN OV48X-2210457");
   EXPECT_EQ(values->lLDPInfoMetrics[3].Value().macAddress, "8c:1f:64:52:0b:04");
   const auto idle = values->ethernetInterfaceMetrics[6].ChangeTime();
   now += 5s;

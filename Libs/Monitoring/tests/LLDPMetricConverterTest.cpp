@@ -151,6 +151,7 @@ TEST(LLDPMetricConverterTest, LocalIdentityAndNeighbourHolders) {
   LLDPMetricConverter::ToMetric(config, "02a0c9000001", &values->lLDPMetric);
   EXPECT_EQ(values->lLDPMetric.Value().chassisId, "sw-chassis-7");
   EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("02a0C9000001"), "02:a0:c9:00:00:01");
+  EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("02-a0-c9-00-00-01"), "02:a0:c9:00:00:01");
   EXPECT_EQ(LLDPMetricConverter::NormalizeMacAddress("not a mac"), "not a mac");
 
   // 62 neighbours fill the 60 holders; then fewer, and one changed: the memo
