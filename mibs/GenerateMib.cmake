@@ -1,7 +1,7 @@
 # cmake -DIN=<template> -DOUT=<module file> -DARQ_ENTERPRISE_NUMBER=<n> -P GenerateMib.cmake
-# Writes the MIB module with the deployment's enterprise number, and the
-# counter columns of the port tables from the domain's list of Ethernet
-# counters. In the template, one line stands for all the counters of a port:
+# Writes the MIB module with the deployment's enterprise number, the object
+# identifiers of the modules' table (@OID_<name>@), and the counter columns of
+# the port tables from the domain's list of Ethernet counters. In the template, one line stands for all the counters of a port:
 #   @ETH_COUNTERS SEQUENCE <prefix>@   their lines in the entry's SEQUENCE;
 #   @ETH_COUNTERS OBJECTS <prefix> <entry> <first column> "<port>"@
 #                                      their OBJECT-TYPE definitions;
@@ -18,6 +18,8 @@ foreach(counter IN LISTS counters)
     message(FATAL_ERROR "Counter ${counter}: its MIB objects are named after what follows \"NbOf\"")
   endif()
 endforeach()
+include(${CMAKE_CURRENT_LIST_DIR}/ObjectIdentifiers.cmake)
+arq_mib_object_identifiers(${IN} ${CMAKE_CURRENT_LIST_DIR}/../Libs/Snmp/sources/ObjectIdentifiers.def)
 
 # Greedy word wrap of a description to lines of at most 78 characters.
 function(wrap_description text out)

@@ -46,13 +46,14 @@ using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s
 // A full conversion of a 24-port switch whose counters moved (every port holder changes).
 void BM_PublishChangedSnapshot(benchmark::State& state) {
   auto values = std::make_unique<Values>();
+  auto conversion = std::make_unique<Arq::Monitoring::ConversionState>();
   long long second = 0;
   for (auto _ : state) {
     state.PauseTiming();
     const auto snapshot =
         Arq::Monitoring::FakeMonitoringCollector::Snapshot(std::chrono::seconds(++second));
     state.ResumeTiming();
-    Arq::Monitoring::PublishSnapshot(snapshot, values.get());
+    Arq::Monitoring::PublishSnapshot(snapshot, values.get(), *conversion);
   }
 }
 BENCHMARK(BM_PublishChangedSnapshot);
@@ -99,12 +100,13 @@ Arq::Monitoring::SwitchSnapshot FullCapacity(long long tick) {
 // One complete conversion of a full-capacity cycle whose counters all moved.
 void BM_PublishFullCapacityCycle(benchmark::State& state) {
   auto values = std::make_unique<Values>();
+  auto conversion = std::make_unique<Arq::Monitoring::ConversionState>();
   const auto even = FullCapacity(2);
   const auto odd = FullCapacity(3);
   bool flip = false;
   const long long before = allocations.load();
   for (auto _ : state) {
-    Arq::Monitoring::PublishSnapshot((flip = !flip) ? odd : even, values.get());
+    Arq::Monitoring::PublishSnapshot((flip = !flip) ? odd : even, values.get(), *conversion);
   }
   ReportAllocations(state, before);
 }
@@ -113,9 +115,10 @@ BENCHMARK(BM_PublishFullCapacityCycle)->Unit(benchmark::kMicrosecond);
 // The same snapshot again: every holder compares and keeps its value.
 void BM_PublishUnchangedSnapshot(benchmark::State& state) {
   auto values = std::make_unique<Values>();
+  auto conversion = std::make_unique<Arq::Monitoring::ConversionState>();
   const auto snapshot = Arq::Monitoring::FakeMonitoringCollector::Snapshot(std::chrono::seconds(1));
-  Arq::Monitoring::PublishSnapshot(snapshot, values.get());
-  for (auto _ : state) Arq::Monitoring::PublishSnapshot(snapshot, values.get());
+  Arq::Monitoring::PublishSnapshot(snapshot, values.get(), *conversion);
+  for (auto _ : state) Arq::Monitoring::PublishSnapshot(snapshot, values.get(), *conversion);
 }
 BENCHMARK(BM_PublishUnchangedSnapshot);
 
@@ -145,7 +148,8 @@ BENCHMARK(BM_HolderCopyPrsMetric);
 // last copy: the change time is read, the cached copy kept.
 void BM_HolderReadUnchanged(benchmark::State& state) {
   auto values = std::make_unique<Values>();
-  Arq::Monitoring::PublishSnapshot(FullCapacity(1), values.get());
+  auto conversion = std::make_unique<Arq::Monitoring::ConversionState>();
+  Arq::Monitoring::PublishSnapshot(FullCapacity(1), values.get(), *conversion);
   auto& holder = values->lAGInterfaceMetrics[2];
   Arq::OrvoViaSwitch::Domain::Dto::Metrics::LAGInterfaceMetric copy;
   holder.CopyValue(copy);

@@ -255,7 +255,7 @@ FakeMonitoringCollector::FakeMonitoringCollector(Clock clock, unsigned seed)
 
 void FakeMonitoringCollector::Collect(
     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) {
-  PublishSnapshot(Snapshot(clock_() - start_, seed_), values);
+  PublishSnapshot(Snapshot(clock_() - start_, seed_), values, conversion_);
 }
 
 SwitchSnapshot FakeMonitoringCollector::Snapshot(std::chrono::nanoseconds elapsed, unsigned seed) {

@@ -177,7 +177,7 @@ void ThriftMonitoringCollector::Collect(
   }
 
   try {
-    PublishSnapshot(snapshot, values);
+    PublishSnapshot(snapshot, values, conversion_);
   } catch (const std::exception& exception) {
     snmp_log(LOG_ERR, "ThriftMonitoringCollector::Collect(), Error: %s\n", exception.what());
   }

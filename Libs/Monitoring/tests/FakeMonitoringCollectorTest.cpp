@@ -15,6 +15,8 @@ using Arq::Monitoring::Testing::SnmpLogCapture;
 using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
 using namespace std::chrono_literals;
 
+// What reaches SNMP is checked by the Fake mode system test; here: no
+// warning, the neighbours' TLVs decode, and an idle port's holder stays put.
 TEST(FakeMonitoringCollectorTest, PublishesAConsistentSwitchWithoutWarnings) {
   auto values = std::make_unique<Values>();
   auto now = std::chrono::steady_clock::time_point{};
@@ -22,35 +24,14 @@ TEST(FakeMonitoringCollectorTest, PublishesAConsistentSwitchWithoutWarnings) {
   SnmpLogCapture log;
   collector.Collect(values.get());
   EXPECT_TRUE(log.Lines().empty());
-  EXPECT_EQ(values->nbEthernetInterfaces.Value(), 16);
-  EXPECT_EQ(values->nbPRSInterfaces.Value(), 2);
-  EXPECT_EQ(values->nbLAGInterfaces.Value(), 2);
-  EXPECT_EQ(values->nbPTPs.Value(), 2);
-  EXPECT_EQ(values->nbLLDPInfos.Value(), 6);
-
-  const auto eth7 = values->ethernetInterfaceMetrics[6].Value();
-  EXPECT_EQ(eth7.name, "eth7");
-  EXPECT_EQ(eth7.status, 0);
-  EXPECT_EQ(eth7.ethernet.state, 0);
-  const auto lag = values->lAGInterfaceMetrics[0].Value();
-  EXPECT_EQ(lag.name, "lag1");
-  EXPECT_EQ(lag.nbEthernetPorts, 2);
-  EXPECT_EQ(lag.vlanIds, "10 20 30 100 200");
-  EXPECT_EQ(lag.ethernets[1].ethName, "eth22");
   const auto neighbour = values->lLDPInfoMetrics[0].Value();
-  EXPECT_EQ(neighbour.localInterface, "eth21");
-  EXPECT_EQ(neighbour.deviceName, "core-sw-01");
-  EXPECT_EQ(neighbour.chassisId, "00:1b:21:3a:4f:5e");
-  EXPECT_EQ(neighbour.ipAddress, "10.20.0.1");
   EXPECT_EQ(neighbour.interfaceName, "uplink to access rack 3");
-  EXPECT_EQ(neighbour.timeToLive, 120);
-  EXPECT_EQ(neighbour.serialNumber, "SN OV48X-2210457");
-  const auto camera = values->lLDPInfoMetrics[3].Value();
-  EXPECT_EQ(camera.macAddress, "8c:1f:64:52:0b:04");
-  EXPECT_EQ(camera.interfaceName, "");
-  EXPECT_EQ(values->lLDPMetric.Value().chassisId, "02:a0:c9:00:00:01");
-  EXPECT_EQ(values->pTPMetrics[1].Value().interfaces, "eth17 eth18 eth19 eth20");
-  EXPECT_EQ(values->currentConfigMetric.Value().state, 0);
+  EXPECT_EQ(values->lLDPInfoMetrics[3].Value().macAddress, "8c:1f:64:52:0b:04");
+  const auto idle = values->ethernetInterfaceMetrics[6].ChangeTime();
+  now += 5s;
+  collector.Collect(values.get());
+  EXPECT_EQ(values->ethernetInterfaceMetrics[6].ChangeTime(), idle);
+  EXPECT_NE(values->ethernetInterfaceMetrics[2].ChangeTime(), idle);
 }
 
 // Over a day of 7-second cycles: counters never go back, the bytes counted
@@ -105,18 +86,6 @@ TEST(FakeMonitoringCollectorTest, CountersFollowTheSwingingRatesAndOnePortFlaps)
   same.Collect(again.get());
   EXPECT_EQ(again->ethernetInterfaceMetrics[2].Value(),
             values->ethernetInterfaceMetrics[2].Value());
-}
-
-TEST(FakeMonitoringCollectorTest, TheDisabledPortStaysIdle) {
-  auto values = std::make_unique<Values>();
-  auto now = std::chrono::steady_clock::time_point{};
-  FakeMonitoringCollector collector([&] { return now; });
-  collector.Collect(values.get());
-  const auto idle = values->ethernetInterfaceMetrics[6].ChangeTime();
-  now += 5s;
-  collector.Collect(values.get());
-  EXPECT_EQ(values->ethernetInterfaceMetrics[6].ChangeTime(), idle);
-  EXPECT_NE(values->ethernetInterfaceMetrics[2].ChangeTime(), idle);
 }
 
 }  // namespace

@@ -14,16 +14,7 @@ namespace Arq::Monitoring::Testing {
 // lives, without their priority.
 class SnmpErrorLog {
  public:
-  std::vector<std::string> Lines() const {
-    const std::string prefix = std::to_string(LOG_ERR) + " ";
-    std::vector<std::string> errors;
-    for (const auto& line : capture.Lines()) {
-      if (line.rfind(prefix, 0) == 0) {
-        errors.push_back(line.substr(prefix.size()));
-      }
-    }
-    return errors;
-  }
+  std::vector<std::string> Lines() const { return capture.Lines(LOG_ERR); }
 
  private:
   SnmpLogCapture capture;

@@ -42,4 +42,13 @@ std::vector<std::string> SnmpLogCapture::Lines() const {
   return lines;
 }
 
+std::vector<std::string> SnmpLogCapture::Lines(int priority) const {
+  const std::string prefix = std::to_string(priority) + " ";
+  std::vector<std::string> selected;
+  for (const auto& line : Lines()) {
+    if (line.rfind(prefix, 0) == 0) selected.push_back(line.substr(prefix.size()));
+  }
+  return selected;
+}
+
 }  // namespace Arq::Monitoring::Testing

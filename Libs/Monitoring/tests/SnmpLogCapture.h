@@ -11,6 +11,8 @@ class SnmpLogCapture {
   SnmpLogCapture();
   ~SnmpLogCapture();
   std::vector<std::string> Lines() const;
+  // The lines of one priority, without it.
+  std::vector<std::string> Lines(int priority) const;
 };
 
 }  // namespace Arq::Monitoring::Testing

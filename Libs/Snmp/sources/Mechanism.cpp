@@ -36,7 +36,7 @@ std::int64_t RoundBitsPerSecToMegaBitsPerSec(long bitsPerSecond) {
 namespace Arq::Snmp::Mechanism {
 
 std::vector<oid> ObjectId(const std::vector<oid>& arcs) {
-  std::vector<oid> id{1, 3, 6, 1, 4, 1, ARQ_ENTERPRISE_NUMBER, 3, 5, 1};
+  std::vector<oid> id{1, 3, 6, 1, 4, 1, ARQ_ENTERPRISE_NUMBER};
   id.insert(id.end(), arcs.begin(), arcs.end());
   return id;
 }

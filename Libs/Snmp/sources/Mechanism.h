@@ -26,7 +26,8 @@ using Clock = std::chrono::steady_clock;
 using TimePoint = Clock::time_point;
 namespace Metrics = OrvoViaSwitch::Domain::Dto::Metrics;
 
-// The MIB's base arc: 1.3.6.1.4.1.<enterprise>.3.5.1, then the object's arcs.
+// The full identifier of a node of ObjectIdentifiers.def: the enterprise arc
+// 1.3.6.1.4.1.<enterprise>, then the node's arcs.
 std::vector<oid> ObjectId(const std::vector<oid>& arcs);
 
 // ---- Scalars ---------------------------------------------------------------

@@ -34,7 +34,6 @@ void Fill(bool changed) {
   v.nbEthernetInterfaces.Value(changed ? 3 : 2);
   v.nbPRSInterfaces.Value(1);
   v.nbPTPs.Value(1);
-  v.nbLLDPInfos.Value(1);
   v.nbLAGInterfaces.Value(1);
   Metrics::EthernetInterfaceMetric eth;
   eth.name = changed ? "eth1-renamed" : "eth1";
@@ -42,27 +41,14 @@ void Fill(bool changed) {
   eth.vid = 100;
   eth.vlanIds = "100 110";
   eth.ethernet = Port("eth1", 1000);
-  if (changed) {
-    // Link lost and counters cleared: ifLastChange and ifCounterDiscontinuityTime move.
-    eth.ethernet.state = 0;
-    eth.ethernet.counters[0] = 10;
-  }
   v.ethernetInterfaceMetrics[0].Value(eth);
-  v.ethernetInterfaceDetails[0].Value({"uplink", "02:a0:c9:10:00:11"});
   eth.name = "eth2";
   eth.ethernet = Port("eth2", 2000);
   eth.ethernet.mode = -1;
   eth.ethernet.counters[0] = 4294967301LL;  // beyond 32 bits
-  // The second set drops eth2 and adds a port the ifIndex rule places.
-  v.ethernetInterfaceMetrics[1].Value(changed ? Metrics::EthernetInterfaceMetric() : eth);
-  eth.name = "eth3";
-  eth.ethernet = Port("4/7", 4000);
-  if (changed) v.ethernetInterfaceMetrics[2].Value(eth);
+  v.ethernetInterfaceMetrics[1].Value(eth);
   Metrics::PRSInterfaceMetric prs;
   prs.name = "prs1";
-  prs.status = 1;
-  prs.vid = 300;
-  prs.vlanIds = "300";
   prs.ethernets = {Port("eth17", 17000), Port("eth18", 18000)};
   v.pRSInterfaceMetrics[0].Value(prs);
   Metrics::LAGInterfaceMetric lag;
@@ -76,27 +62,16 @@ void Fill(bool changed) {
   v.lAGInterfaceMetrics[1].Value(lag);
   Metrics::PTPMetric ptp;
   ptp.domain = -3;
-  ptp.packetType = 2;
-  ptp.clockMode = 1;
   ptp.interfaces = "eth1 eth2";
   v.pTPMetrics[0].Value(ptp);
   Metrics::LLDPMetric local;
   local.chassisId = "0123456789abcdefghijKLMNO";
-  local.deviceName = "orvovia-sw";
-  local.deviceVersion = "2.2.23";
   local.ipManagementAddress = changed ? "10.0.0.256" : "10.0.0.1";
   local.manufacturer = "Arq OrvoVia-24";
-  local.serialNumber = "OV24-1";
   v.lLDPMetric.Value(local);
   Metrics::LLDPInfoMetric neighbour;
-  neighbour.localInterface = "eth21";
   neighbour.version = "5.4.1";
-  neighbour.deviceType = "Arq OrvoVia-48X";
-  neighbour.deviceName = "core-sw-01";
-  neighbour.chassisId = "00:1b:21:3a:4f:5e";
   neighbour.ipAddress = "10.20.0.1";
-  neighbour.macAddress = "";
-  neighbour.interfaceName = "Ethernet1/49";
   neighbour.timeToLive = 120;
   neighbour.serialNumber = "OV48X-2210457";
   v.lLDPInfoMetrics[0].Value(neighbour);

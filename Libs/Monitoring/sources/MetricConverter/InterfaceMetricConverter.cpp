@@ -109,7 +109,7 @@ template <typename Metric>
 Metric ToInterfaceMetric(const std::string& name, const Converter::IfInfos& ifInfos,
                          const Converter::EthInfos& ethInfos,
                          const Converter::EthCounters& ethCounters,
-                         const Converter::EthStats& ethStats) {
+                         const Converter::EthStats& ethStats, Converter::SearchCursors& cursors) {
   Metric metric;
   bool ok = Converter::FillInterfaceInfo(metric, ifInfos, name);
   if (ok) {
@@ -117,9 +117,10 @@ Metric ToInterfaceMetric(const std::string& name, const Converter::IfInfos& ifIn
     ok = Kind<Metric>::CheckMembers(members, name);
     for (std::size_t i = 0; ok && i < members.size(); ++i) {
       auto& port = Kind<Metric>::Port(metric, i);
-      ok = Converter::FillEthernetInfo(port, ethInfos, members[i], name) &&
-           Converter::FillEthernetCounters(port, ethCounters, members[i], name) &&
-           Converter::FillEthernetStats(port, ethStats, members[i], name);
+      ok = Converter::FillEthernetInfo(port, ethInfos, members[i], name, cursors.ethInfos) &&
+           Converter::FillEthernetCounters(port, ethCounters, members[i], name,
+                                           cursors.ethCounters) &&
+           Converter::FillEthernetStats(port, ethStats, members[i], name, cursors.ethStats);
     }
   }
   return ok ? metric : Metric();
@@ -129,23 +130,22 @@ template <typename Metric>
 std::uint32_t Publish(const std::vector<std::string>& names, const Converter::IfInfos& ifInfos,
                       const Converter::EthInfos& ethInfos,
                       const Converter::EthCounters& ethCounters,
-                      const Converter::EthStats& ethStats, Converter::Holder<Metric>* holders) {
+                      const Converter::EthStats& ethStats, Converter::Holder<Metric>* holders,
+                      Converter::SearchCursors& cursors) {
   const auto selected = Converter::GetInterfaceNamesOf(Kind<Metric>::kType, names, ifInfos);
   for (std::size_t i = 0; i < Kind<Metric>::kHolders; ++i) {
     holders[i].Value(i < selected.size() ? ToInterfaceMetric<Metric>(selected[i], ifInfos, ethInfos,
-                                                                     ethCounters, ethStats)
+                                                                     ethCounters, ethStats, cursors)
                                          : Metric());
   }
   return static_cast<std::uint32_t>(selected.size());
 }
 
-// Looks a port up by name. The switch answers the ports in the order they
-// were asked for, which is the order the interfaces list them, so the search
-// starts just after the previous hit and wraps around: a whole cycle then costs
-// about one comparison per port instead of a scan of every port per port.
+// Looks a port up by name, from `next` on and wrapping around; `next` moves
+// just after the hit (see SearchCursors).
 template <typename Item>
-const Item* FindByName(const std::vector<Item>& items, const std::string& ethName) {
-  static thread_local std::size_t next = 0;
+const Item* FindByName(const std::vector<Item>& items, const std::string& ethName,
+                       std::size_t& next) {
   const std::size_t count = items.size();
   if (next >= count) next = 0;
   for (std::size_t k = 0, i = next; k < count; ++k, i = (i + 1 == count ? 0 : i + 1)) {
@@ -163,24 +163,27 @@ std::uint32_t InterfaceMetricConverter::ToMetric(const std::vector<std::string>&
                                                  const IfInfos& ifInfos, const EthInfos& ethInfos,
                                                  const EthCounters& ethCounters,
                                                  const EthStats& ethStats,
-                                                 Holder<EthernetInterfaceMetric>* holders) {
-  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders);
+                                                 Holder<EthernetInterfaceMetric>* holders,
+                                                 SearchCursors& cursors) {
+  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders, cursors);
 }
 
 std::uint32_t InterfaceMetricConverter::ToMetric(const std::vector<std::string>& names,
                                                  const IfInfos& ifInfos, const EthInfos& ethInfos,
                                                  const EthCounters& ethCounters,
                                                  const EthStats& ethStats,
-                                                 Holder<PRSInterfaceMetric>* holders) {
-  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders);
+                                                 Holder<PRSInterfaceMetric>* holders,
+                                                 SearchCursors& cursors) {
+  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders, cursors);
 }
 
 std::uint32_t InterfaceMetricConverter::ToMetric(const std::vector<std::string>& names,
                                                  const IfInfos& ifInfos, const EthInfos& ethInfos,
                                                  const EthCounters& ethCounters,
                                                  const EthStats& ethStats,
-                                                 Holder<LAGInterfaceMetric>* holders) {
-  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders);
+                                                 Holder<LAGInterfaceMetric>* holders,
+                                                 SearchCursors& cursors) {
+  return Publish(names, ifInfos, ethInfos, ethCounters, ethStats, holders, cursors);
 }
 
 std::vector<std::string> InterfaceMetricConverter::GetInterfaceNamesOf(
@@ -223,8 +226,9 @@ bool InterfaceMetricConverter::FillInterfaceInfo(LAGInterfaceMetric& metric, con
 
 bool InterfaceMetricConverter::FillEthernetInfo(EthernetMetric& metric, const EthInfos& ethInfos,
                                                 const std::string& ethName,
-                                                const std::string& interfaceName) {
-  const auto* info = FindByName(ethInfos, ethName);
+                                                const std::string& interfaceName,
+                                                std::size_t& cursor) {
+  const auto* info = FindByName(ethInfos, ethName, cursor);
   if (info == nullptr) {
     snmp_log(LOG_WARNING, "Missing Ethernet Info with Name: %s for Interface Name: %s\n",
              ethName.c_str(), interfaceName.c_str());
@@ -240,9 +244,11 @@ bool InterfaceMetricConverter::FillEthernetInfo(EthernetMetric& metric, const Et
 bool InterfaceMetricConverter::FillEthernetCounters(EthernetMetric& metric,
                                                     const EthCounters& ethCounters,
                                                     const std::string& ethName,
-                                                    const std::string& interfaceName) {
+                                                    const std::string& interfaceName,
+                                                    std::size_t& cursor) {
   const auto list = ethCounters.find(interfaceName);
-  const Dto::EthCnt* counters = list == ethCounters.end() ? nullptr : Find(list->second, ethName);
+  const Dto::EthCnt* counters =
+      list == ethCounters.end() ? nullptr : Find(list->second, ethName, cursor);
   if (counters == nullptr) {
     snmp_log(LOG_WARNING, "Missing Ethernet Counters with Name: %s for Interface Name: %s\n",
              ethName.c_str(), interfaceName.c_str());
@@ -258,9 +264,11 @@ bool InterfaceMetricConverter::FillEthernetCounters(EthernetMetric& metric,
 
 bool InterfaceMetricConverter::FillEthernetStats(EthernetMetric& metric, const EthStats& ethStats,
                                                  const std::string& ethName,
-                                                 const std::string& interfaceName) {
+                                                 const std::string& interfaceName,
+                                                 std::size_t& cursor) {
   const auto list = ethStats.find(interfaceName);
-  const Dto::EthStat* stats = list == ethStats.end() ? nullptr : Find(list->second, ethName);
+  const Dto::EthStat* stats =
+      list == ethStats.end() ? nullptr : Find(list->second, ethName, cursor);
   if (stats == nullptr) {
     snmp_log(LOG_WARNING, "Missing Ethernet Stats with Name: %s for Interface Name: %s\n",
              ethName.c_str(), interfaceName.c_str());
@@ -272,13 +280,14 @@ bool InterfaceMetricConverter::FillEthernetStats(EthernetMetric& metric, const E
 }
 
 const Dto::EthCnt* InterfaceMetricConverter::Find(const std::vector<Dto::EthCnt>& counters,
-                                                  const std::string& ethName) {
-  return FindByName(counters, ethName);
+                                                  const std::string& ethName, std::size_t& cursor) {
+  return FindByName(counters, ethName, cursor);
 }
 
 const Dto::EthStat* InterfaceMetricConverter::Find(const std::vector<Dto::EthStat>& stats,
-                                                   const std::string& ethName) {
-  return FindByName(stats, ethName);
+                                                   const std::string& ethName,
+                                                   std::size_t& cursor) {
+  return FindByName(stats, ethName, cursor);
 }
 
 std::int32_t InterfaceMetricConverter::ToEthStateMetric(Dto::EthState state) {
@@ -288,20 +297,23 @@ std::int32_t InterfaceMetricConverter::ToEthStateMetric(Dto::EthState state) {
 
 Metrics::EthernetInterfaceMetric InterfaceMetricConverter::ToEthernetInterfaceMetric(
     const std::string& name, const IfInfos& ifInfos, const EthInfos& ethInfos,
-    const EthCounters& ethCounters, const EthStats& ethStats) {
-  return ToInterfaceMetric<EthernetInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats);
+    const EthCounters& ethCounters, const EthStats& ethStats, SearchCursors& cursors) {
+  return ToInterfaceMetric<EthernetInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats,
+                                                    cursors);
 }
 
 Metrics::PRSInterfaceMetric InterfaceMetricConverter::ToPRSInterfaceMetric(
     const std::string& name, const IfInfos& ifInfos, const EthInfos& ethInfos,
-    const EthCounters& ethCounters, const EthStats& ethStats) {
-  return ToInterfaceMetric<PRSInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats);
+    const EthCounters& ethCounters, const EthStats& ethStats, SearchCursors& cursors) {
+  return ToInterfaceMetric<PRSInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats,
+                                               cursors);
 }
 
 Metrics::LAGInterfaceMetric InterfaceMetricConverter::ToLAGInterfaceMetric(
     const std::string& name, const IfInfos& ifInfos, const EthInfos& ethInfos,
-    const EthCounters& ethCounters, const EthStats& ethStats) {
-  return ToInterfaceMetric<LAGInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats);
+    const EthCounters& ethCounters, const EthStats& ethStats, SearchCursors& cursors) {
+  return ToInterfaceMetric<LAGInterfaceMetric>(name, ifInfos, ethInfos, ethCounters, ethStats,
+                                               cursors);
 }
 
 }  // namespace Arq::Monitoring::MetricConverter

@@ -1,6 +1,5 @@
 #include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
 
-#include <array>
 #include <cctype>
 
 #include "Arq/Monitoring/MetricConverter/LldpTlv.h"
@@ -27,21 +26,13 @@ void LLDPMetricConverter::ToMetric(const Dto::LldpConfig& config, const std::str
 }
 
 std::uint32_t LLDPMetricConverter::ToMetric(const std::vector<Dto::LldpInfo>& infos,
-                                            Holder<LLDPInfoMetric>* holders) {
-  // Neighbours rarely change between cycles: a slot whose TLVs are those of
-  // the previous cycle reuses its decoded metric instead of parsing again.
-  struct Decoded {
-    bool valid = false;
-    Dto::LldpInfo info;
-    LLDPInfoMetric metric;
-  };
-  thread_local std::array<Decoded, Values::kMaxLLDPInfos> previous;
+                                            Holder<LLDPInfoMetric>* holders, Memo& memo) {
   for (std::size_t i = 0; i < Values::kMaxLLDPInfos; ++i) {
     if (i >= infos.size()) {
       holders[i].Value(LLDPInfoMetric());
       continue;
     }
-    Decoded& slot = previous[i];
+    Decoded& slot = memo[i];
     if (!slot.valid || !(slot.info == infos[i])) {
       slot.info = infos[i];
       slot.metric = ToLLDPInfoMetric(infos[i]);

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "../Modules.h"
+#include "../ObjectIdentifiers.h"
 #include "../Standard/SortedTable.h"
 
 namespace Arq::Snmp {
@@ -126,11 +127,14 @@ CallTable callTable;
 }  // namespace
 
 void init_arqSwitchOrvoViaCollector() {
-  const auto group = Mechanism::ObjectId({8});
-  RegisterSortedRange("arqSwitchOrvoViaCollector", group, 1, 12, &collectorGroup);
-  auto table = group;
-  table.push_back(13);
-  RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable", table, 2, 5, &callTable);
+  // The group's scalars run from its state to the daemon's start time.
+  RegisterSortedRange("arqSwitchOrvoViaCollector",
+                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollector),
+                      Oid::arqSwitchOrvoViaCollectorState.back(),
+                      Oid::arqSwitchOrvoViaCollectorDaemonStartTime.back(), &collectorGroup);
+  RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable",
+                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2, 5,
+                      &callTable);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "../Modules.h"
+#include "../ObjectIdentifiers.h"
 #include "../Standard/InterfaceRows.h"
 #include "../Standard/SortedTable.h"
 
@@ -33,6 +34,13 @@ struct Notifier {
 };
 Notifier notifier;
 
+// A scalar's instance: its identifier followed by 0.
+std::vector<oid> Instance(const std::vector<oid>& arcs) {
+  auto id = Mechanism::ObjectId(arcs);
+  id.push_back(0);
+  return id;
+}
+
 void AddOid(netsnmp_variable_list** list, const std::vector<oid>& name,
             const std::vector<oid>& value) {
   snmp_varlist_add_variable(list, name.data(), name.size(), ASN_OBJECT_ID,
@@ -52,8 +60,8 @@ void AddText(netsnmp_variable_list** list, const std::vector<oid>& name, const s
 void SendCollector(const std::vector<oid>& notification, const Domain::CollectorHealthMetric& h) {
   netsnmp_variable_list* list = nullptr;
   AddOid(&list, kSnmpTrapOid, notification);
-  AddInteger(&list, Mechanism::ObjectId({8, 1, 0}), static_cast<long>(h.state));
-  AddText(&list, Mechanism::ObjectId({8, 10, 0}), h.lastError);
+  AddInteger(&list, Instance(Oid::arqSwitchOrvoViaCollectorState), static_cast<long>(h.state));
+  AddText(&list, Instance(Oid::arqSwitchOrvoViaCollectorLastError), h.lastError);
   send_v2trap(list);
   snmp_free_varbind(list);
 }
@@ -78,12 +86,12 @@ void CheckCollector(const Domain::CollectorHealthMetric& health) {
   if (!notifier.unreachableSent && health.state == Domain::CollectorState::Unreachable &&
       health.consecutiveUnreachable >= kUnreachableDebounce) {
     snmp_log(LOG_WARNING, "collector unreachable: %s\n", health.lastError.c_str());
-    SendCollector(Mechanism::ObjectId({8, 0, 1}), health);
+    SendCollector(Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorUnreachable), health);
     notifier.unreachableSent = true;
   } else if (notifier.unreachableSent && (health.state == Domain::CollectorState::Ok ||
                                           health.state == Domain::CollectorState::Partial)) {
     snmp_log(LOG_WARNING, "collector recovered\n");
-    SendCollector(Mechanism::ObjectId({8, 0, 2}), health);
+    SendCollector(Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorRecovered), health);
     notifier.unreachableSent = false;
   }
 }

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -47,11 +48,11 @@ int arqSwitchOrvoViaEthernetInterfacesTable_handler(netsnmp_mib_handler*,
 }
 
 void initialize_table_arqSwitchOrvoViaEthernetInterfacesTable() {
-  InitializeTable(arqSwitchOrvoViaEthernetInterfacesTableUserContext,
-                  {"arqSwitchOrvoViaEthernetInterfacesTable",
-                   {1, 2},
-                   data_access_to_generated(Metrics::EthernetInterfaceMetric())},
-                  arqSwitchOrvoViaEthernetInterfacesTable_handler);
+  InitializeTable(
+      arqSwitchOrvoViaEthernetInterfacesTableUserContext,
+      {"arqSwitchOrvoViaEthernetInterfacesTable", Oid::arqSwitchOrvoViaEthernetInterfacesTable,
+       data_access_to_generated(Metrics::EthernetInterfaceMetric())},
+      arqSwitchOrvoViaEthernetInterfacesTable_handler);
   InitializeSwitchOrvoViaEthernetInterfacesTable();
   snmp_log(LOG_INFO,
            "initialize_table_arqSwitchOrvoViaEthernetInterfacesTable Initializing Done.\n");

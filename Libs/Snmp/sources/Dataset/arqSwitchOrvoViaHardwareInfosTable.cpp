@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -49,8 +50,7 @@ int arqSwitchOrvoViaHardwareInfosTable_handler(netsnmp_mib_handler*, netsnmp_han
 
 void initialize_table_arqSwitchOrvoViaHardwareInfosTable() {
   InitializeTable(arqSwitchOrvoViaHardwareInfosTableUserContext,
-                  {"arqSwitchOrvoViaHardwareInfosTable",
-                   {5, 2},
+                  {"arqSwitchOrvoViaHardwareInfosTable", Oid::arqSwitchOrvoViaHardwareInfosTable,
                    data_access_to_generated(Metrics::LLDPInfoMetric())},
                   arqSwitchOrvoViaHardwareInfosTable_handler);
   InitializeSwitchOrvoViaHardwareInfosTable();

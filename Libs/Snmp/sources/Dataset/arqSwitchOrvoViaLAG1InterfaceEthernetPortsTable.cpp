@@ -1,5 +1,6 @@
 #include "Dataset/LAGInterfaceEthernetPortsTable.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -20,7 +21,7 @@ int arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 void initialize_table_arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable() {
   InitializeTable(arqSwitchOrvoViaLAG1InterfaceEthernetPortsTableUserContext,
                   {"arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable",
-                   {7, 2, 6},
+                   Oid::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable,
                    data_access_to_generated(Metrics::EthernetMetric())},
                   arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable_handler);
   InitializeSwitchOrvoViaLAGInterfaceEthernetPortsTable(

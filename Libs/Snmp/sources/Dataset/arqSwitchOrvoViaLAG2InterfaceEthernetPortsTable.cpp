@@ -1,5 +1,6 @@
 #include "Dataset/LAGInterfaceEthernetPortsTable.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -20,7 +21,7 @@ int arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 void initialize_table_arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable() {
   InitializeTable(arqSwitchOrvoViaLAG2InterfaceEthernetPortsTableUserContext,
                   {"arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable",
-                   {7, 3, 6},
+                   Oid::arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable,
                    data_access_to_generated(Metrics::EthernetMetric())},
                   arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable_handler);
   InitializeSwitchOrvoViaLAGInterfaceEthernetPortsTable(

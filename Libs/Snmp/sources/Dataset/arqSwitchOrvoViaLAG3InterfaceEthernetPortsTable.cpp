@@ -1,5 +1,6 @@
 #include "Dataset/LAGInterfaceEthernetPortsTable.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -20,7 +21,7 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
 void initialize_table_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable() {
   InitializeTable(arqSwitchOrvoViaLAG3InterfaceEthernetPortsTableUserContext,
                   {"arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable",
-                   {7, 4, 6},
+                   Oid::arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable,
                    data_access_to_generated(Metrics::EthernetMetric())},
                   arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler);
   InitializeSwitchOrvoViaLAGInterfaceEthernetPortsTable(

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -45,8 +46,7 @@ int arqSwitchOrvoViaPRSInterfacesTable_handler(netsnmp_mib_handler*, netsnmp_han
 
 void initialize_table_arqSwitchOrvoViaPRSInterfacesTable() {
   InitializeTable(arqSwitchOrvoViaPRSInterfacesTableUserContext,
-                  {"arqSwitchOrvoViaPRSInterfacesTable",
-                   {2, 2},
+                  {"arqSwitchOrvoViaPRSInterfacesTable", Oid::arqSwitchOrvoViaPRSInterfacesTable,
                    data_access_to_generated(Metrics::PRSInterfaceMetric())},
                   arqSwitchOrvoViaPRSInterfacesTable_handler);
   InitializeSwitchOrvoViaPRSInterfacesTable();

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -40,10 +41,10 @@ int arqSwitchOrvoViaPTPsTable_handler(netsnmp_mib_handler*, netsnmp_handler_regi
 }
 
 void initialize_table_arqSwitchOrvoViaPTPsTable() {
-  InitializeTable(
-      arqSwitchOrvoViaPTPsTableUserContext,
-      {"arqSwitchOrvoViaPTPsTable", {3, 2}, data_access_to_generated(Metrics::PTPMetric())},
-      arqSwitchOrvoViaPTPsTable_handler);
+  InitializeTable(arqSwitchOrvoViaPTPsTableUserContext,
+                  {"arqSwitchOrvoViaPTPsTable", Oid::arqSwitchOrvoViaPTPsTable,
+                   data_access_to_generated(Metrics::PTPMetric())},
+                  arqSwitchOrvoViaPTPsTable_handler);
   InitializeSwitchOrvoViaPTPsTable();
   snmp_log(LOG_INFO, "initialize_table_arqSwitchOrvoViaPTPsTable Initializing Done.\n");
 }

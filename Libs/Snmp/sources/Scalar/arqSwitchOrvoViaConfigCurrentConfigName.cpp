@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -39,7 +40,8 @@ void init_arqSwitchOrvoViaConfigCurrentConfigName() {
   arqSwitchOrvoViaConfigCurrentConfigNameUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaConfigCurrentConfigName",
-                 handle_arqSwitchOrvoViaConfigCurrentConfigName, {6, 1});
+                 handle_arqSwitchOrvoViaConfigCurrentConfigName,
+                 Oid::arqSwitchOrvoViaConfigCurrentConfigName);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -33,7 +34,8 @@ void init_arqSwitchOrvoViaConfigCurrentConfigState() {
   arqSwitchOrvoViaConfigCurrentConfigStateUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaConfigCurrentConfigState",
-                 handle_arqSwitchOrvoViaConfigCurrentConfigState, {6, 2});
+                 handle_arqSwitchOrvoViaConfigCurrentConfigState,
+                 Oid::arqSwitchOrvoViaConfigCurrentConfigState);
 }
 
 }  // namespace Arq::Snmp

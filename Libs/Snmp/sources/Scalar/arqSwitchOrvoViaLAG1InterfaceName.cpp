@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG1InterfaceName() {
   arqSwitchOrvoViaLAG1InterfaceNameUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG1InterfaceName", handle_arqSwitchOrvoViaLAG1InterfaceName,
-                 {7, 2, 1});
+                 Oid::arqSwitchOrvoViaLAG1InterfaceName);
 }
 
 }  // namespace Arq::Snmp

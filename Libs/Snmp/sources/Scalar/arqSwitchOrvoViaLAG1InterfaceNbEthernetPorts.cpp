@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -23,7 +24,8 @@ void init_arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts() {
   arqSwitchOrvoViaLAG1InterfaceNbEthernetPortsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts",
-                 handle_arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts, {7, 2, 5});
+                 handle_arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts,
+                 Oid::arqSwitchOrvoViaLAG1InterfaceNbEthernetPorts);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG1InterfaceStatus() {
   arqSwitchOrvoViaLAG1InterfaceStatusUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG1InterfaceStatus", handle_arqSwitchOrvoViaLAG1InterfaceStatus,
-                 {7, 2, 2});
+                 Oid::arqSwitchOrvoViaLAG1InterfaceStatus);
 }
 
 }  // namespace Arq::Snmp

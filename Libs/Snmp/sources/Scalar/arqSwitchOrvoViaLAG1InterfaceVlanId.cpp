@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG1InterfaceVlanId() {
   arqSwitchOrvoViaLAG1InterfaceVlanIdUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG1InterfaceVlanId", handle_arqSwitchOrvoViaLAG1InterfaceVlanId,
-                 {7, 2, 3});
+                 Oid::arqSwitchOrvoViaLAG1InterfaceVlanId);
 }
 
 }  // namespace Arq::Snmp

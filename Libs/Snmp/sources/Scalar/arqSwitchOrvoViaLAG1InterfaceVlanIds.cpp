@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,8 @@ void init_arqSwitchOrvoViaLAG1InterfaceVlanIds() {
   arqSwitchOrvoViaLAG1InterfaceVlanIdsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG1InterfaceVlanIds",
-                 handle_arqSwitchOrvoViaLAG1InterfaceVlanIds, {7, 2, 4});
+                 handle_arqSwitchOrvoViaLAG1InterfaceVlanIds,
+                 Oid::arqSwitchOrvoViaLAG1InterfaceVlanIds);
 }
 
 }  // namespace Arq::Snmp

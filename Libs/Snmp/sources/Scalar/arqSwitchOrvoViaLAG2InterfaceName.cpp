@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG2InterfaceName() {
   arqSwitchOrvoViaLAG2InterfaceNameUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG2InterfaceName", handle_arqSwitchOrvoViaLAG2InterfaceName,
-                 {7, 3, 1});
+                 Oid::arqSwitchOrvoViaLAG2InterfaceName);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -23,7 +24,8 @@ void init_arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts() {
   arqSwitchOrvoViaLAG2InterfaceNbEthernetPortsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts",
-                 handle_arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts, {7, 3, 5});
+                 handle_arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts,
+                 Oid::arqSwitchOrvoViaLAG2InterfaceNbEthernetPorts);
 }
 
 }  // namespace Arq::Snmp

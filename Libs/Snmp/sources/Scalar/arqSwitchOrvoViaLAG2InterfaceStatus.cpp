@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG2InterfaceStatus() {
   arqSwitchOrvoViaLAG2InterfaceStatusUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG2InterfaceStatus", handle_arqSwitchOrvoViaLAG2InterfaceStatus,
-                 {7, 3, 2});
+                 Oid::arqSwitchOrvoViaLAG2InterfaceStatus);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG2InterfaceVlanId() {
   arqSwitchOrvoViaLAG2InterfaceVlanIdUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG2InterfaceVlanId", handle_arqSwitchOrvoViaLAG2InterfaceVlanId,
-                 {7, 3, 3});
+                 Oid::arqSwitchOrvoViaLAG2InterfaceVlanId);
 }
 
 }  // namespace Arq::Snmp

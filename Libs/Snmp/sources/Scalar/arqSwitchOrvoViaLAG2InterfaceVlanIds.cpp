@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,8 @@ void init_arqSwitchOrvoViaLAG2InterfaceVlanIds() {
   arqSwitchOrvoViaLAG2InterfaceVlanIdsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG2InterfaceVlanIds",
-                 handle_arqSwitchOrvoViaLAG2InterfaceVlanIds, {7, 3, 4});
+                 handle_arqSwitchOrvoViaLAG2InterfaceVlanIds,
+                 Oid::arqSwitchOrvoViaLAG2InterfaceVlanIds);
 }
 
 }  // namespace Arq::Snmp

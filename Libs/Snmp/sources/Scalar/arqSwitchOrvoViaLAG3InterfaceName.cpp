@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG3InterfaceName() {
   arqSwitchOrvoViaLAG3InterfaceNameUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG3InterfaceName", handle_arqSwitchOrvoViaLAG3InterfaceName,
-                 {7, 4, 1});
+                 Oid::arqSwitchOrvoViaLAG3InterfaceName);
 }
 
 }  // namespace Arq::Snmp

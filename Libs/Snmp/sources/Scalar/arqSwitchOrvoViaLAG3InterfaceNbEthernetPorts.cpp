@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -23,7 +24,8 @@ void init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts() {
   arqSwitchOrvoViaLAG3InterfaceNbEthernetPortsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts",
-                 handle_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts, {7, 4, 5});
+                 handle_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts,
+                 Oid::arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG3InterfaceStatus() {
   arqSwitchOrvoViaLAG3InterfaceStatusUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG3InterfaceStatus", handle_arqSwitchOrvoViaLAG3InterfaceStatus,
-                 {7, 4, 2});
+                 Oid::arqSwitchOrvoViaLAG3InterfaceStatus);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,7 @@ void init_arqSwitchOrvoViaLAG3InterfaceVlanId() {
   arqSwitchOrvoViaLAG3InterfaceVlanIdUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG3InterfaceVlanId", handle_arqSwitchOrvoViaLAG3InterfaceVlanId,
-                 {7, 4, 3});
+                 Oid::arqSwitchOrvoViaLAG3InterfaceVlanId);
 }
 
 }  // namespace Arq::Snmp

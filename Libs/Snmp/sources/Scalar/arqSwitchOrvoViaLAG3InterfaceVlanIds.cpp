@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 #include "Scalar/LAGInterfaceScalars.h"
 
 namespace Arq::Snmp {
@@ -22,7 +23,8 @@ void init_arqSwitchOrvoViaLAG3InterfaceVlanIds() {
   arqSwitchOrvoViaLAG3InterfaceVlanIdsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLAG3InterfaceVlanIds",
-                 handle_arqSwitchOrvoViaLAG3InterfaceVlanIds, {7, 4, 4});
+                 handle_arqSwitchOrvoViaLAG3InterfaceVlanIds,
+                 Oid::arqSwitchOrvoViaLAG3InterfaceVlanIds);
 }
 
 }  // namespace Arq::Snmp

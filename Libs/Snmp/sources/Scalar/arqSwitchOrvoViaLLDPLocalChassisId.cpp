@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -36,7 +37,7 @@ void init_arqSwitchOrvoViaLLDPLocalChassisId() {
   arqSwitchOrvoViaLLDPLocalChassisIdUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalChassisId", handle_arqSwitchOrvoViaLLDPLocalChassisId,
-                 {4, 1});
+                 Oid::arqSwitchOrvoViaLLDPLocalChassisId);
 }
 
 }  // namespace Arq::Snmp

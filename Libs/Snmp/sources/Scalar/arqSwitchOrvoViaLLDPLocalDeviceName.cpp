@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -38,7 +39,7 @@ void init_arqSwitchOrvoViaLLDPLocalDeviceName() {
   arqSwitchOrvoViaLLDPLocalDeviceNameUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalDeviceName", handle_arqSwitchOrvoViaLLDPLocalDeviceName,
-                 {4, 3});
+                 Oid::arqSwitchOrvoViaLLDPLocalDeviceName);
 }
 
 }  // namespace Arq::Snmp

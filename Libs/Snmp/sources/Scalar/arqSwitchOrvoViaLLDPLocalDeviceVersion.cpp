@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -39,7 +40,8 @@ void init_arqSwitchOrvoViaLLDPLocalDeviceVersion() {
   arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalDeviceVersion",
-                 handle_arqSwitchOrvoViaLLDPLocalDeviceVersion, {4, 5});
+                 handle_arqSwitchOrvoViaLLDPLocalDeviceVersion,
+                 Oid::arqSwitchOrvoViaLLDPLocalDeviceVersion);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -40,7 +41,8 @@ void init_arqSwitchOrvoViaLLDPLocalIPManagementAddress() {
   arqSwitchOrvoViaLLDPLocalIPManagementAddressUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalIPManagementAddress",
-                 handle_arqSwitchOrvoViaLLDPLocalIPManagementAddress, {4, 4});
+                 handle_arqSwitchOrvoViaLLDPLocalIPManagementAddress,
+                 Oid::arqSwitchOrvoViaLLDPLocalIPManagementAddress);
 }
 
 }  // namespace Arq::Snmp

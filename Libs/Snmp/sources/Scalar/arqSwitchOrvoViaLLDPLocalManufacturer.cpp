@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -39,7 +40,8 @@ void init_arqSwitchOrvoViaLLDPLocalManufacturer() {
   arqSwitchOrvoViaLLDPLocalManufacturerUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalManufacturer",
-                 handle_arqSwitchOrvoViaLLDPLocalManufacturer, {4, 2});
+                 handle_arqSwitchOrvoViaLLDPLocalManufacturer,
+                 Oid::arqSwitchOrvoViaLLDPLocalManufacturer);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -39,7 +40,8 @@ void init_arqSwitchOrvoViaLLDPLocalSerialNumber() {
   arqSwitchOrvoViaLLDPLocalSerialNumberUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaLLDPLocalSerialNumber",
-                 handle_arqSwitchOrvoViaLLDPLocalSerialNumber, {4, 6});
+                 handle_arqSwitchOrvoViaLLDPLocalSerialNumber,
+                 Oid::arqSwitchOrvoViaLLDPLocalSerialNumber);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -32,7 +33,8 @@ void init_arqSwitchOrvoViaNbEthernetInterfaces() {
   arqSwitchOrvoViaNbEthernetInterfacesUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
   RegisterScalar("arqSwitchOrvoViaNbEthernetInterfaces",
-                 handle_arqSwitchOrvoViaNbEthernetInterfaces, {1, 1});
+                 handle_arqSwitchOrvoViaNbEthernetInterfaces,
+                 Oid::arqSwitchOrvoViaNbEthernetInterfaces);
 }
 
 }  // namespace Arq::Snmp

@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -29,7 +30,8 @@ int handle_arqSwitchOrvoViaNbHardwareInfos(netsnmp_mib_handler*, netsnmp_handler
 void init_arqSwitchOrvoViaNbHardwareInfos() {
   arqSwitchOrvoViaNbHardwareInfosUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
-  RegisterScalar("arqSwitchOrvoViaNbHardwareInfos", handle_arqSwitchOrvoViaNbHardwareInfos, {5, 1});
+  RegisterScalar("arqSwitchOrvoViaNbHardwareInfos", handle_arqSwitchOrvoViaNbHardwareInfos,
+                 Oid::arqSwitchOrvoViaNbHardwareInfos);
 }
 
 }  // namespace Arq::Snmp

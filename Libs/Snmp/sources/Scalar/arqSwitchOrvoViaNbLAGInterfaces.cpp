@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -30,7 +31,8 @@ int handle_arqSwitchOrvoViaNbLAGInterfaces(netsnmp_mib_handler*, netsnmp_handler
 void init_arqSwitchOrvoViaNbLAGInterfaces() {
   arqSwitchOrvoViaNbLAGInterfacesUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
-  RegisterScalar("arqSwitchOrvoViaNbLAGInterfaces", handle_arqSwitchOrvoViaNbLAGInterfaces, {7, 1});
+  RegisterScalar("arqSwitchOrvoViaNbLAGInterfaces", handle_arqSwitchOrvoViaNbLAGInterfaces,
+                 Oid::arqSwitchOrvoViaNbLAGInterfaces);
 }
 
 }  // namespace Arq::Snmp

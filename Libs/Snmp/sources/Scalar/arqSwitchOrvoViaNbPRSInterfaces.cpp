@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -30,7 +31,8 @@ int handle_arqSwitchOrvoViaNbPRSInterfaces(netsnmp_mib_handler*, netsnmp_handler
 void init_arqSwitchOrvoViaNbPRSInterfaces() {
   arqSwitchOrvoViaNbPRSInterfacesUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
-  RegisterScalar("arqSwitchOrvoViaNbPRSInterfaces", handle_arqSwitchOrvoViaNbPRSInterfaces, {2, 1});
+  RegisterScalar("arqSwitchOrvoViaNbPRSInterfaces", handle_arqSwitchOrvoViaNbPRSInterfaces,
+                 Oid::arqSwitchOrvoViaNbPRSInterfaces);
 }
 
 }  // namespace Arq::Snmp

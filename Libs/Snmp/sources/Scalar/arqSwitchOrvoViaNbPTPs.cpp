@@ -1,5 +1,6 @@
 #include "Mechanism.h"
 #include "Modules.h"
+#include "ObjectIdentifiers.h"
 
 namespace Arq::Snmp {
 
@@ -28,7 +29,8 @@ int handle_arqSwitchOrvoViaNbPTPs(netsnmp_mib_handler*, netsnmp_handler_registra
 void init_arqSwitchOrvoViaNbPTPs() {
   arqSwitchOrvoViaNbPTPsUserContext.monitoringValues =
       &Monitoring::MonitoringProcessor::monitoringValues;
-  RegisterScalar("arqSwitchOrvoViaNbPTPs", handle_arqSwitchOrvoViaNbPTPs, {3, 1});
+  RegisterScalar("arqSwitchOrvoViaNbPTPs", handle_arqSwitchOrvoViaNbPTPs,
+                 Oid::arqSwitchOrvoViaNbPTPs);
 }
 
 }  // namespace Arq::Snmp

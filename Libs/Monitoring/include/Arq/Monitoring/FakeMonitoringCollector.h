@@ -44,6 +44,7 @@ class FakeMonitoringCollector : public IMonitoringCollector {
   Clock clock_;
   std::chrono::steady_clock::time_point start_;
   unsigned seed_ = 1;
+  ConversionState conversion_;
 };
 
 }  // namespace Arq::Monitoring

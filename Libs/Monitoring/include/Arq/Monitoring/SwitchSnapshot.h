@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "Arq/Monitoring/MetricConverter/InterfaceMetricConverter.h"
+#include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/ConfigFile.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCnt.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthInfo.h"
@@ -30,9 +32,17 @@ struct SwitchSnapshot {
   OrvoViaSwitch::Domain::Dto::ConfigFile currentConfig;
 };
 
+// What the metric converters carry from one cycle to the next: the port
+// search cursors and the LLDP decoding memo. Each collector owns one.
+struct ConversionState {
+  MetricConverter::InterfaceMetricConverter::SearchCursors cursors;
+  MetricConverter::LLDPMetricConverter::Memo lldpMemo;
+};
+
 // Runs a snapshot through the metric converters into the values set, storing
 // the counts: the path every collector ends with.
 void PublishSnapshot(const SwitchSnapshot& snapshot,
-                     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values);
+                     OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values,
+                     ConversionState& state);
 
 }  // namespace Arq::Monitoring

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Arq/Monitoring/IMonitoringCollector.h"
+#include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/ConfigFile.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCnt.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthInfo.h"
@@ -64,6 +65,7 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
   std::array<OrvoViaSwitch::Domain::Dto::Metrics::CollectorCallMetric,
              OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallCount>
       calls_{};
+  ConversionState conversion_;
 };
 
 }  // namespace Arq::Monitoring

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -31,17 +32,30 @@ class InterfaceMetricConverter {
   using PRSInterfaceMetric = OrvoViaSwitch::Domain::Dto::Metrics::PRSInterfaceMetric;
   using LAGInterfaceMetric = OrvoViaSwitch::Domain::Dto::Metrics::LAGInterfaceMetric;
 
+  // Where the next search of each port list starts: just after the previous
+  // hit. The switch answers the ports in the order the interfaces list them,
+  // so a whole cycle costs about one comparison per port instead of a scan of
+  // every port per port. The collector keeps them from one cycle to the next.
+  struct SearchCursors {
+    std::size_t ethInfos = 0;
+    std::size_t ethCounters = 0;
+    std::size_t ethStats = 0;
+  };
+
   // Each writes every holder of its array (48, 24 or 3) and returns the
   // number of interfaces of its type, unpublished ones included.
   static std::uint32_t ToMetric(const std::vector<std::string>& names, const IfInfos& ifInfos,
                                 const EthInfos& ethInfos, const EthCounters& ethCounters,
-                                const EthStats& ethStats, Holder<EthernetInterfaceMetric>* holders);
+                                const EthStats& ethStats, Holder<EthernetInterfaceMetric>* holders,
+                                SearchCursors& cursors);
   static std::uint32_t ToMetric(const std::vector<std::string>& names, const IfInfos& ifInfos,
                                 const EthInfos& ethInfos, const EthCounters& ethCounters,
-                                const EthStats& ethStats, Holder<PRSInterfaceMetric>* holders);
+                                const EthStats& ethStats, Holder<PRSInterfaceMetric>* holders,
+                                SearchCursors& cursors);
   static std::uint32_t ToMetric(const std::vector<std::string>& names, const IfInfos& ifInfos,
                                 const EthInfos& ethInfos, const EthCounters& ethCounters,
-                                const EthStats& ethStats, Holder<LAGInterfaceMetric>* holders);
+                                const EthStats& ethStats, Holder<LAGInterfaceMetric>* holders,
+                                SearchCursors& cursors);
 
   static std::vector<std::string> GetInterfaceNamesOf(OrvoViaSwitch::Domain::Dto::IfType type,
                                                       const std::vector<std::string>& names,
@@ -54,32 +68,35 @@ class InterfaceMetricConverter {
   static bool FillInterfaceInfo(LAGInterfaceMetric& metric, const IfInfos& ifInfos,
                                 const std::string& name);
   static bool FillEthernetInfo(EthernetMetric& metric, const EthInfos& ethInfos,
-                               const std::string& ethName, const std::string& interfaceName);
+                               const std::string& ethName, const std::string& interfaceName,
+                               std::size_t& cursor);
   static bool FillEthernetCounters(EthernetMetric& metric, const EthCounters& ethCounters,
-                                   const std::string& ethName, const std::string& interfaceName);
+                                   const std::string& ethName, const std::string& interfaceName,
+                                   std::size_t& cursor);
   static bool FillEthernetStats(EthernetMetric& metric, const EthStats& ethStats,
-                                const std::string& ethName, const std::string& interfaceName);
+                                const std::string& ethName, const std::string& interfaceName,
+                                std::size_t& cursor);
 
   static const OrvoViaSwitch::Domain::Dto::EthCnt* Find(
-      const std::vector<OrvoViaSwitch::Domain::Dto::EthCnt>& counters, const std::string& ethName);
+      const std::vector<OrvoViaSwitch::Domain::Dto::EthCnt>& counters, const std::string& ethName,
+      std::size_t& cursor);
   static const OrvoViaSwitch::Domain::Dto::EthStat* Find(
-      const std::vector<OrvoViaSwitch::Domain::Dto::EthStat>& stats, const std::string& ethName);
+      const std::vector<OrvoViaSwitch::Domain::Dto::EthStat>& stats, const std::string& ethName,
+      std::size_t& cursor);
   // -1 stays -1 (unknown), LinkUp gives 1, every other state 0.
   static std::int32_t ToEthStateMetric(OrvoViaSwitch::Domain::Dto::EthState state);
 
-  static EthernetInterfaceMetric ToEthernetInterfaceMetric(const std::string& name,
-                                                           const IfInfos& ifInfos,
-                                                           const EthInfos& ethInfos,
-                                                           const EthCounters& ethCounters,
-                                                           const EthStats& ethStats);
+  static EthernetInterfaceMetric ToEthernetInterfaceMetric(
+      const std::string& name, const IfInfos& ifInfos, const EthInfos& ethInfos,
+      const EthCounters& ethCounters, const EthStats& ethStats, SearchCursors& cursors);
   static PRSInterfaceMetric ToPRSInterfaceMetric(const std::string& name, const IfInfos& ifInfos,
                                                  const EthInfos& ethInfos,
                                                  const EthCounters& ethCounters,
-                                                 const EthStats& ethStats);
+                                                 const EthStats& ethStats, SearchCursors& cursors);
   static LAGInterfaceMetric ToLAGInterfaceMetric(const std::string& name, const IfInfos& ifInfos,
                                                  const EthInfos& ethInfos,
                                                  const EthCounters& ethCounters,
-                                                 const EthStats& ethStats);
+                                                 const EthStats& ethStats, SearchCursors& cursors);
 };
 
 }  // namespace Arq::Monitoring::MetricConverter

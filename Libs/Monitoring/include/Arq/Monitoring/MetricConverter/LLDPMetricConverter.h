@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/Metrics.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/PTPConfig.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/MonitoringValueThreadSafe.h"
+#include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
 
 namespace Arq::Monitoring::MetricConverter {
 
@@ -37,11 +39,21 @@ class LLDPMetricConverter {
   using LLDPMetric = OrvoViaSwitch::Domain::Dto::Metrics::LLDPMetric;
   using LLDPInfoMetric = OrvoViaSwitch::Domain::Dto::Metrics::LLDPInfoMetric;
 
+  // Neighbours rarely change between cycles: per slot, the record decoded last
+  // and its metric, so that a slot whose TLVs did not change is not parsed
+  // again. The collector keeps it from one cycle to the next.
+  struct Decoded {
+    bool valid = false;
+    OrvoViaSwitch::Domain::Dto::LldpInfo info;
+    LLDPInfoMetric metric;
+  };
+  using Memo = std::array<Decoded, OrvoViaSwitch::Domain::Monitoring::kMaxLLDPInfos>;
+
   static void ToMetric(const OrvoViaSwitch::Domain::Dto::LldpConfig& config,
                        const std::string& mainMacAddress, Holder<LLDPMetric>* holder);
   // Writes all 60 holders; returns the number of neighbour records.
   static std::uint32_t ToMetric(const std::vector<OrvoViaSwitch::Domain::Dto::LldpInfo>& infos,
-                                Holder<LLDPInfoMetric>* holders);
+                                Holder<LLDPInfoMetric>* holders, Memo& memo);
 
   static LLDPMetric ToLLDPMetric(const OrvoViaSwitch::Domain::Dto::LldpConfig& config,
                                  const std::string& mainMacAddress);
