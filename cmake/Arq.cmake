@@ -17,8 +17,8 @@ elseif(ARQ_SANITIZE STREQUAL "thread")
 elseif(NOT ARQ_SANITIZE STREQUAL "")
   message(FATAL_ERROR "ARQ_SANITIZE must be empty, 'address' or 'thread'")
 endif()
-# The test presets send every sanitizer report, of any process the tests start,
-# to files here (log_path): scripts/sanitize fails on any file it finds.
+# The test presets send sanitizer reports to files here (log_path):
+# scripts/sanitize fails on any file it finds.
 if(NOT ARQ_SANITIZE STREQUAL "")
   file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/sanitizer-reports)
 endif()
