@@ -33,6 +33,16 @@ using Map = std::map<std::string, std::string>;
 using testing::HasSubstr;
 using namespace std::chrono_literals;
 
+// Under AddressSanitizer or ThreadSanitizer (the asan and tsan presets) the
+// daemon runs several times slower and its resident set carries the
+// sanitizer's shadow memory: waits get longer, and the resident-set bound,
+// a figure of the Release build, is not checked.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+
 std::string BigEndian32(std::uint32_t value) {
   return {static_cast<char>(value >> 24), static_cast<char>(value >> 16),
           static_cast<char>(value >> 8), static_cast<char>(value)};
@@ -506,12 +516,15 @@ TEST_F(ThriftModeTest, HostileRepliesKeepThePeakSmallAndAHungCallNeverHoldsTheSt
     std::ofstream(statusPath + "/clear_refs") << "5";
     const auto errorsBefore = setup.Stderr().size();
     // Every one of the ten calls of a collection, at least once.
-    ASSERT_TRUE(WaitUntil([&] { return peer.Answered() >= first + 12; }, 10s, 20ms));
+    ASSERT_TRUE(
+        WaitUntil([&] { return peer.Answered() >= first + 12; }, kSanitized ? 40s : 10s, 20ms));
     const long peakKb = Arq::TestSupport::PeakResidentKb(setup.Daemon().Pid());
     std::cout << "peak resident set under \"" << pattern.name << "\": " << peakKb << " kB"
               << std::endl;
     EXPECT_GT(peakKb, 0);
-    EXPECT_LT(peakKb, 64 * 1024);
+    if (!kSanitized) {
+      EXPECT_LT(peakKb, 64 * 1024);
+    }
     EXPECT_TRUE(WaitUntil(
         [&] { return setup.Stderr().find(pattern.error, errorsBefore) != std::string::npos; }, 5s))
         << setup.Stderr().substr(errorsBefore, 600);

@@ -5,6 +5,6 @@
 int main(int argc, char** argv) {
   // Standard output may be a pipe whose reader goes away: the writes then fail
   // with EPIPE and are dropped instead of ending the daemon.
-  std::signal(SIGPIPE, SIG_IGN);
+  (void)std::signal(SIGPIPE, SIG_IGN);
   return Arq::OrvoViaSwitchMonitoring::RunDaemon(argc, const_cast<const char**>(argv));
 }

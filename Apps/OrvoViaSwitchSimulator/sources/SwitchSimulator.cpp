@@ -68,7 +68,9 @@ std::string ApplyControl(ServerBehaviour& behaviour, const std::string& line) {
   } else if (command == "exception") {
     behaviour.OtherException(rest);
   } else if (command == "delay") {
-    behaviour.Delay(std::chrono::milliseconds(std::atol(rest.c_str())));
+    long millis = 0;  // 0 when the text is no number; the largest long when out of range
+    std::istringstream(rest) >> millis;
+    behaviour.Delay(std::chrono::milliseconds(millis));
   } else if (command == "close") {
     behaviour.Close();
   } else if (command == "garbage") {

@@ -5,14 +5,14 @@
 // (the default) picks a free port above 32767, so that every run shows the
 // daemon reaching the upper half of the port range. A scenario that cannot be used ends the
 // process with status 1 and one line on standard error saying why.
-#include <signal.h>
-
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <mutex>
 #include <optional>
+#include <sstream>
 
 #include "Arq/OrvoViaSwitchService/Simulator/LoopbackSwitchServer.h"
 #include "Arq/OrvoViaSwitchService/Simulator/Scenario.h"
@@ -38,9 +38,9 @@ int main(int argc, char** argv) {
   const char* scenarioPath = nullptr;
   for (int i = 1; i < argc; ++i) {
     if (i + 1 < argc && std::strcmp(argv[i], "--port") == 0) {
-      port = std::atoi(argv[++i]);
+      std::istringstream(argv[++i]) >> port;
     } else if (i + 1 < argc && std::strcmp(argv[i], "--control-port") == 0) {
-      controlPort = std::atoi(argv[++i]);
+      std::istringstream(argv[++i]) >> controlPort;
     } else if (i + 1 < argc && std::strcmp(argv[i], "--scenario") == 0) {
       scenarioPath = argv[++i];
     } else {

@@ -199,7 +199,9 @@ std::unique_ptr<DynamicParametersWorker> DynamicParametersWorkerFactory::CreateW
   auto logger = Loggers::GetInstance().GetLogger("DynamicParametersWorkerFactory::CreateWorker");
   const int fd = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
   if (fd < 0) {
-    ARQ_LOG(logger, ILogger::Error, "inotify_init failed: " << std::strerror(errno));
+    char reason[128];
+    ARQ_LOG(logger, ILogger::Error,
+            "inotify_init failed: " << strerror_r(errno, reason, sizeof reason));
     return nullptr;
   }
   const int wd = inotify_add_watch(fd, folder.c_str(), DynamicParametersWorker::kWatchMask);

@@ -58,7 +58,7 @@ struct PortMotion {
 PortMotion Motion(int port, unsigned seed) {
   const double golden = 0.6180339887498949;
   double fraction = (seed + 1) * golden * port;
-  fraction -= static_cast<long long>(fraction);
+  fraction -= std::trunc(fraction);
   return {120.0 + static_cast<double>((seed * 7919u + port * 104729u) % 481u), 2 * kPi * fraction};
 }
 
@@ -68,14 +68,14 @@ int FlappingPort(unsigned seed) {
 
 bool LinkDown(int port, unsigned seed, double t) {
   if (port != FlappingPort(seed)) return false;
-  const double inPeriod = t - kFlapEvery * static_cast<long long>(t / kFlapEvery);
+  const double inPeriod = t - kFlapEvery * std::trunc(t / kFlapEvery);
   return inPeriod >= kFlapStart && inPeriod < kFlapStart + kFlapLength;
 }
 
 // Seconds of link up since start-up.
 double UpTime(int port, unsigned seed, double t) {
   if (port != FlappingPort(seed)) return t;
-  const long long periods = static_cast<long long>(t / kFlapEvery);
+  const double periods = std::trunc(t / kFlapEvery);
   const double inPeriod = t - kFlapEvery * periods;
   const double downNow = std::min(std::max(inPeriod - kFlapStart, 0.0), kFlapLength);
   return t - periods * kFlapLength - downNow;
@@ -87,18 +87,19 @@ std::int64_t RateAt(std::int64_t mean, int port, unsigned seed, double t) {
   if (port == FlappingPort(seed)) return mean;
   const auto motion = Motion(port, seed);
   return static_cast<std::int64_t>(
-      mean * (1 + kSwing * std::sin(2 * kPi * t / motion.period + motion.phase)));
+      static_cast<double>(mean) *
+      (1 + kSwing * std::sin(2 * kPi * t / motion.period + motion.phase)));
 }
 
 // Octets sent at that rate since start-up: the integral of RateAt / 8.
 std::int64_t Octets(std::int64_t mean, int port, unsigned seed, double t) {
   if (port == FlappingPort(seed)) {
-    return static_cast<std::int64_t>(mean / 8.0 * UpTime(port, seed, t));
+    return static_cast<std::int64_t>(static_cast<double>(mean) / 8.0 * UpTime(port, seed, t));
   }
   const auto motion = Motion(port, seed);
   const double w = 2 * kPi / motion.period;
-  const double bits =
-      mean * (t + kSwing / w * (std::cos(motion.phase) - std::cos(w * t + motion.phase)));
+  const double bits = static_cast<double>(mean) *
+                      (t + kSwing / w * (std::cos(motion.phase) - std::cos(w * t + motion.phase)));
   return static_cast<std::int64_t>(bits / 8);
 }
 

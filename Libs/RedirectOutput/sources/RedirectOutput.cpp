@@ -34,13 +34,14 @@ void RedirectOutput::Redirect(const char* path, const char* mode, FILE* stream) 
     // The stream stays where it was: a reopen that failed must not take
     // standard output (and every line after it) away.
     if (!failureReported_) {
-      std::fprintf(stderr, "Cannot redirect standard output to '%s': %s\n", path,
-                   std::strerror(error));
+      char reason[128];
+      (void)std::fprintf(stderr, "Cannot redirect standard output to '%s': %s\n", path,
+                         strerror_r(error, reason, sizeof reason));
       failureReported_ = true;
     }
     return;
   }
-  std::fflush(stream);
+  (void)std::fflush(stream);
   const int target = fileno(stream);
   const bool moved = target >= 0 && dup2(fd, target) >= 0;
   close(fd);
@@ -65,7 +66,7 @@ void RedirectOutput::WriteBanner(const std::string& text) {
     for (const auto& provider : providers_) banner += provider->GetBanner() + "\n";
   }
   banner += std::string(96, '-') + "\n";
-  std::fputs(banner.c_str(), stream_);
+  (void)std::fputs(banner.c_str(), stream_);
 }
 
 long RedirectOutput::Size() const {
@@ -84,7 +85,9 @@ bool RedirectOutput::Split(long maxSize) {
   } else if (maxSize >= 0) {
     return false;
   }
-  std::rename(path_.c_str(), backupPath_.c_str());
+  // A rename that failed leaves the file to the truncation below: the size
+  // limit holds either way.
+  (void)std::rename(path_.c_str(), backupPath_.c_str());
   Redirect(path_.c_str(), "w", stream_);
   return true;
 }

@@ -8,7 +8,8 @@ namespace Arq::Snmp {
 int ipStringToNumber(const char* text, char* out) {
   unsigned int a = 0, b = 0, c = 0, d = 0;
   char rest[2];
-  if (std::sscanf(text, "%u.%u.%u.%u%1s", &a, &b, &c, &d, rest) != 4) return 0;
+  // NOLINTNEXTLINE(cert-err34-c): three digits at most per field cannot overflow
+  if (std::sscanf(text, "%3u.%3u.%3u.%3u%1s", &a, &b, &c, &d, rest) != 4) return 0;
   if (a > 255 || b > 255 || c > 255 || d > 255) return 0;
   out[0] = static_cast<char>(a);
   out[1] = static_cast<char>(b);
@@ -41,11 +42,12 @@ std::vector<oid> ObjectId(const std::vector<oid>& arcs) {
   return id;
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): printf-style; the format attribute checks its callers
 std::string Format(const char* format, ...) {
   char text[256];
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
+  (void)std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
   return text;
 }

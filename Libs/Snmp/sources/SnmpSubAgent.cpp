@@ -24,8 +24,7 @@ extern "C" void stop_server(int) {
 
 namespace Arq::Snmp {
 
-SnmpSubAgent::SnmpSubAgent(const std::string& logFileName)
-    : logFileName(logFileName), agentxSubagent(1), useSyslog(0) {}
+SnmpSubAgent::SnmpSubAgent(std::string logFileName) : logFileName(std::move(logFileName)) {}
 
 void SnmpSubAgent::Run() {
   if (!logFileName.empty() && IsStandardOutputOn(logFileName)) {
@@ -93,13 +92,13 @@ void SnmpSubAgent::Run() {
   if (agentxSubagent == 0) init_master_agent();
 
   keep_running = 1;
-  signal(SIGTERM, stop_server);
-  signal(SIGINT, stop_server);
+  (void)signal(SIGTERM, stop_server);
+  (void)signal(SIGINT, stop_server);
   // SIGKILL cannot be caught: this call fails, harmlessly, and is ignored.
-  signal(SIGKILL, stop_server);
+  (void)signal(SIGKILL, stop_server);
   // The daemon has nothing to reload: a hang-up (its terminal or session
   // gone) is an orderly stop like SIGTERM, with the end line.
-  signal(SIGHUP, stop_server);
+  (void)signal(SIGHUP, stop_server);
   init_arqSwitchOrvoViaNotifications();
   snmp_log(LOG_INFO, "orvovia-snmpd is up and running.\n");
 

@@ -41,12 +41,13 @@ std::string UtcTimestamp() {
   const auto now = std::chrono::system_clock::now();
   const auto millis =
       std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
-  const std::time_t seconds = static_cast<std::time_t>(millis / 1000);
+  const auto seconds = static_cast<std::time_t>(millis / 1000);
   std::tm utc{};
   gmtime_r(&seconds, &utc);
   char text[32];
   const size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
-  std::snprintf(text + length, sizeof text - length, ".%03dZ", static_cast<int>(millis % 1000));
+  (void)std::snprintf(text + length, sizeof text - length, ".%03dZ",
+                      static_cast<int>(millis % 1000));
   return text;
 }
 

@@ -47,7 +47,7 @@ std::string MacText(std::string_view bytes) {
   std::string text;
   char part[4];
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    std::snprintf(part, sizeof part, i == 0 ? "%02x" : ":%02x", Byte(bytes, i));
+    (void)std::snprintf(part, sizeof part, i == 0 ? "%02x" : ":%02x", Byte(bytes, i));
     text += part;
   }
   return text;

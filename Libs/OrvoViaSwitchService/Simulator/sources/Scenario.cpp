@@ -72,7 +72,7 @@ class Node {
 
   bool Has(const char* key) const { return value.isMember(key); }
   Node Member(const std::string& key) const {
-    return Node(value[key], path.empty() ? key : path + "." + key, origin);
+    return {value[key], path.empty() ? key : path + "." + key, origin};
   }
   const Json::Value& Value() const { return value; }
 
@@ -96,7 +96,7 @@ class Node {
 
   std::string RequiredString(const char* key) const {
     if (!Has(key)) Fail("\"" + std::string(key) + "\" is required");
-    const std::string text = String(key);
+    std::string text = String(key);
     if (text.empty()) Member(key).Fail("must not be empty");
     return text;
   }
@@ -302,8 +302,8 @@ class ScenarioReader {
   }
 
   // {"<counter name>": number, ...}, each counter by its wire name.
-  void ReadCounterMap(const Node& port, const char* key,
-                      const std::function<void(std::size_t, std::int64_t)>& use) {
+  static void ReadCounterMap(const Node& port, const char* key,
+                             const std::function<void(std::size_t, std::int64_t)>& use) {
     if (!port.Has(key)) return;
     const Node map = port.Member(key);
     if (!map.Value().isObject()) map.Fail("expected an object");
@@ -484,7 +484,7 @@ class ScenarioReader {
   // The id's bytes: a MAC address as 6 bytes, a network address as the IPv4
   // family number and 4 bytes, anything else as its text.
   static std::string IdBytes(const Node& id, int subtype, int macSubtype, int networkSubtype) {
-    const std::string text = id.String("id");
+    std::string text = id.String("id");
     if (subtype == macSubtype) {
       const auto bytes = LldpTlvEncoder::MacBytes(text);
       if (!bytes) id.Member("id").Fail("expected a MAC address (00:1b:21:3a:4f:5e)");

@@ -23,6 +23,15 @@ ReplyFate& PendingReply() {
 
 namespace {
 
+// A service's fault with its code and text, thrown as a temporary.
+template <typename Fault, typename Code>
+Fault MakeFault(Code code, const std::string& what) {
+  Fault fault;
+  fault.__set_ErrCode(code);
+  fault.__set_What(what);
+  return fault;
+}
+
 // The management service's code of the same name (its codes are negative and
 // fewer); RuntimeError for a switch code it has no name for.
 ArqOrvoAPI::ERROR_CODE::type ManagementCode(api::ErrorCode_t::type code) {
@@ -122,16 +131,8 @@ void ServerBehaviour::Apply(const std::string& line, const api::Header_t* header
     case Mode::Answer:
       return;
     case Mode::Fault: {
-      if (header == nullptr) {
-        ArqOrvoAPI::Fault fault;
-        fault.__set_ErrCode(ManagementCode(faultCode));
-        fault.__set_What(text);
-        throw fault;
-      }
-      api::Fault_t fault;
-      fault.__set_ErrCode(faultCode);
-      fault.__set_What(text);
-      throw fault;
+      if (header == nullptr) throw MakeFault<ArqOrvoAPI::Fault>(ManagementCode(faultCode), text);
+      throw MakeFault<api::Fault_t>(faultCode, text);
     }
     case Mode::OtherException:
       // The generated processor answers a TApplicationException for it.

@@ -31,7 +31,7 @@ api::IPAddress_t Address(const std::string& text) {
 }
 
 api::IfInfo_t Interface(api::IfType_t::type type, api::IfStatus_t::type status, std::int16_t vid,
-                        std::vector<std::string> members) {
+                        const std::vector<std::string>& members) {
   api::IfInfo_t info;
   info.__set_Type(type);
   info.__set_Status(status);
@@ -39,7 +39,7 @@ api::IfInfo_t Interface(api::IfType_t::type type, api::IfStatus_t::type status, 
   info.__set_Description("if " + std::to_string(vid));
   info.__set_MacAddr("00:11:22:33:44:" + std::to_string(10 + vid % 80));
   info.__set_Vlan({vid, static_cast<std::int16_t>(vid + 1)});
-  info.__set_IfList(std::move(members));
+  info.__set_IfList(members);
   api::IfIpConfig_t ip;
   ip.__set_Ip(Address("10.0.0." + std::to_string(vid % 250)));
   ip.__set_Mask(Address("255.255.255.0"));

@@ -15,7 +15,7 @@ std::uint64_t SpeedMbps(std::int32_t code) {
   return code >= 0 && code < 8 ? kSpeeds[code] : 0;
 }
 
-long AdminStatus(std::int32_t status) {
+long AdminStatus(long status) {
   return status == 0 ? 2 : 1;
 }
 
@@ -31,6 +31,7 @@ std::string MacBytes(const std::string& text) {
   char separator[5];
   char rest;
   if (text.size() != 17 ||
+      // NOLINTNEXTLINE(cert-err34-c): two hex digits at most per field cannot overflow
       std::sscanf(text.c_str(), "%2x%c%2x%c%2x%c%2x%c%2x%c%2x%c", &b[0], &separator[0], &b[1],
                   &separator[1], &b[2], &separator[2], &b[3], &separator[3], &b[4], &separator[4],
                   &b[5], &rest) != 11) {

@@ -71,7 +71,7 @@ void DecodeSubtyped(const std::string* tlv, int type, RemoteRow& row, RemoteRow:
   if (tlv == nullptr) return;
   const auto value = LldpTlv::Value(*tlv, type);
   if (!value || value->size() < 2 || (*value)[0] < 1 || (*value)[0] > 7) return;
-  subtype = (*value)[0];
+  subtype = static_cast<unsigned char>((*value)[0]);
   id = std::string(value->substr(1));
   row.present.set(column);
   row.present.set(column + 1);
@@ -175,7 +175,7 @@ class Neighbours {
     std::sort(rows.begin(), rows.end(), byIndex);
     for (const auto* row : rows) {
       if (row->managementIndex.empty()) continue;
-      managementRows.push_back({row, row->index});
+      managementRows.emplace_back(row, row->index);
       auto& index = managementRows.back().second;
       index.insert(index.end(), row->managementIndex.begin(), row->managementIndex.end());
     }
@@ -295,6 +295,7 @@ class LocalSystem : public ISortedTable {
     const std::string chassis = values.lLDPMetric.Value().chassisId;
     unsigned int b[6];
     char end;
+    // NOLINTNEXTLINE(cert-err34-c): two hex digits at most per field cannot overflow
     if (std::sscanf(chassis.c_str(), "%2x:%2x:%2x:%2x:%2x:%2x%c", &b[0], &b[1], &b[2], &b[3], &b[4],
                     &b[5], &end) == 6 &&
         chassis.size() == 17) {

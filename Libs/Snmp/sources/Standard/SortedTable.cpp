@@ -41,7 +41,7 @@ void AnswerGet(const Registered& r, netsnmp_agent_request_info* reqinfo,
     netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
     return;
   }
-  const unsigned column = static_cast<unsigned>(var->name[base]);
+  const auto column = static_cast<unsigned>(var->name[base]);
   if (column < r.firstColumn || column > r.lastColumn) {
     netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
     return;
@@ -148,7 +148,7 @@ void SetInteger(netsnmp_variable_list* var, long value) {
 }
 
 void SetUnsigned(netsnmp_variable_list* var, u_char type, std::uint64_t value) {
-  const u_long number = static_cast<u_long>(value & 0xffffffffu);
+  const auto number = static_cast<u_long>(value & 0xffffffffu);
   snmp_set_var_typed_value(var, type, reinterpret_cast<const u_char*>(&number), sizeof number);
 }
 

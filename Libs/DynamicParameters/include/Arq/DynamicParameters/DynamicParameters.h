@@ -33,7 +33,7 @@ class DynamicParametersSerializer : public IDynamicParametersSerializer {
   // a hundred bytes; 64 KiB leaves room for indentation, comments and members
   // of other tools, and keeps a wrong file (a log, an image) from being read
   // whole into memory.
-  static constexpr long kMaxFileSize = 64 * 1024;
+  static constexpr long kMaxFileSize = 64L * 1024;
 
  private:
   // The file's text, or false (one line logged) when it is missing, not a

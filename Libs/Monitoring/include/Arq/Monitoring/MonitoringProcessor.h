@@ -18,8 +18,10 @@ namespace Arq::Monitoring {
 // reads. The first collection happens one period after construction. It is
 // also the run-time configurator of the collection (on/off, period); a change
 // wakes the thread at once.
-class MonitoringProcessor : public Worker::StoppableWorker,
-                            public IMonitoringProcessorConfigurator {
+// Final: its constructor starts the thread and its destructor stops it, so no
+// derived class may override Run or Stop.
+class MonitoringProcessor final : public Worker::StoppableWorker,
+                                  public IMonitoringProcessorConfigurator {
  public:
   MonitoringProcessor(bool collectMetrics, int collectMetricsPeriod,
                       std::unique_ptr<IMonitoringCollector> collector);

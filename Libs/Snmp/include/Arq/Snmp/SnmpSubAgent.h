@@ -15,7 +15,7 @@ class SnmpSubAgent {
   // standard error. When standard output already is that file (the daemon's
   // redirected output), the log is written through standard output instead,
   // so that it follows every split of the file.
-  explicit SnmpSubAgent(const std::string& logFileName);
+  explicit SnmpSubAgent(std::string logFileName);
   void Run();
 
   // True when standard output's descriptor is the file at `path`.
@@ -23,8 +23,8 @@ class SnmpSubAgent {
 
  private:
   std::string logFileName;
-  int agentxSubagent;
-  int useSyslog;
+  int agentxSubagent = 1;
+  int useSyslog = 0;
 };
 
 }  // namespace Arq::Snmp

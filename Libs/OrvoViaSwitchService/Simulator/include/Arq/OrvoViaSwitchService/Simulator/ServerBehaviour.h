@@ -27,7 +27,7 @@ class ServerBehaviour {
   void Answer();
   void Fault(ArqSwitchApi::ErrorCode_t::type code, const std::string& what);
   void OtherException(const std::string& what);
-  void Delay(std::chrono::milliseconds delay);
+  void Delay(std::chrono::milliseconds value);
   // The connection is closed where the reply would be written.
   void Close();
   // `bytes` are written where the reply would be, then the connection is closed.
