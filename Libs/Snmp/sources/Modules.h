@@ -160,5 +160,10 @@ void init_arqSwitchOrvoViaCollector();
 // The collector's and IF-MIB's notifications, sent from the agent's loop.
 void init_arqSwitchOrvoViaNotifications();
 void init_lldpMib();
+// The switch's inventory (ENTITY-MIB), its bridge ports' VLANs (BRIDGE-MIB,
+// Q-BRIDGE-MIB) and its PTP clocks (PTPBASE-MIB).
+void init_entityMib();
+void init_bridgeMib();
+void init_ptpBaseMib();
 
 }  // namespace Arq::Snmp

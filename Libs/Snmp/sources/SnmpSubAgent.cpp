@@ -82,6 +82,9 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaCollector();
   init_ifMib();
   init_lldpMib();
+  init_entityMib();
+  init_bridgeMib();
+  init_ptpBaseMib();
 
   if (agentxSubagent == 0) {
     init_vacm();

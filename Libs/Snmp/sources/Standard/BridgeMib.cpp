@@ -1,0 +1,161 @@
+// BRIDGE-MIB and Q-BRIDGE-MIB: the switch's bridge ports (the port of each
+// Ethernet interface, each LAG and PRS interface that IF-MIB serves) with
+// their VLAN id, and its VLANs with their egress and untagged ports.
+#include <algorithm>
+#include <map>
+#include <memory>
+
+#include "InventoryViews.h"
+
+namespace Arq::Snmp::Standard {
+namespace {
+
+namespace Dto = OrvoViaSwitch::Domain::Dto;
+
+constexpr long kMaxVlanId = 4094;
+constexpr long kMaxBridgePort = 65535;
+constexpr long kVersion1 = 1;
+constexpr long kPermanent = 2;
+constexpr long kActive = 1;
+
+std::unique_ptr<InterfaceIndex> bridgePorts;
+
+// Bridge port numbers, small (a PortList holds one bit per port) and kept
+// across restarts: the ifIndex map's fallback numbering (the lowest free at
+// first sight, recorded in a file of its own) under a name no rule places.
+InterfaceIndex& BridgePorts() {
+  if (!bridgePorts) {
+    bridgePorts = std::make_unique<InterfaceIndex>(std::string(get_persistent_directory()) +
+                                                   "/orvovia-bridge-ports.conf");
+  }
+  return *bridgePorts;
+}
+
+long BridgePort(const std::string& name) {
+  return BridgePorts().Of("bridge port " + name) - InterfaceIndex::kFirstFallback + 1;
+}
+
+struct PortRow {
+  std::vector<oid> index;  // dot1dBasePort
+  long port = 0;
+  long ifIndex = 0;
+  std::optional<long> pvid;
+};
+
+struct VlanRow {
+  std::vector<oid> index;  // (dot1qVlanTimeMark 0,) dot1qVlanIndex
+  std::string egress, untagged;
+};
+
+struct ScalarRow {
+  std::vector<oid> index{0};
+  long count = 0;
+};
+
+ProjectedTable<PortRow> basePortTable({
+    Field<PortRow, Mib::dot1dBasePort, &PortRow::port>(),
+    Field<PortRow, Mib::dot1dBasePortIfIndex, &PortRow::ifIndex>(),
+});
+ProjectedTable<PortRow> portVlanTable({Field<PortRow, Mib::dot1qPvid, &PortRow::pvid>()});
+ProjectedTable<VlanRow> currentTable({
+    Field<VlanRow, Mib::dot1qVlanCurrentEgressPorts, &VlanRow::egress>(),
+    Field<VlanRow, Mib::dot1qVlanCurrentUntaggedPorts, &VlanRow::untagged>(),
+    Fixed<VlanRow, Mib::dot1qVlanStatus, kPermanent>(),
+});
+ProjectedTable<VlanRow> staticTable({
+    Field<VlanRow, Mib::dot1qVlanStaticEgressPorts, &VlanRow::egress>(),
+    Field<VlanRow, Mib::dot1qVlanStaticUntaggedPorts, &VlanRow::untagged>(),
+    Fixed<VlanRow, Mib::dot1qVlanStaticRowStatus, kActive>(),
+});
+ProjectedTable<ScalarRow> baseGroup({Field<ScalarRow, Mib::dot1dBaseNumPorts, &ScalarRow::count>()});
+ProjectedTable<ScalarRow> qBaseGroup({
+    Fixed<ScalarRow, Mib::dot1qVlanVersionNumber, kVersion1>(),
+    Fixed<ScalarRow, Mib::dot1qMaxVlanId, kMaxVlanId>(),
+    Field<ScalarRow, Mib::dot1qNumVlans, &ScalarRow::count>(),
+});
+
+bool ValidVlan(long vlan) { return vlan >= 1 && vlan <= kMaxVlanId; }
+
+// A PortList: one bit per bridge port, port 1 the first octet's high bit.
+void SetBit(std::string& list, long port) {
+  auto& octet = list[static_cast<std::size_t>(port - 1) / 8];
+  octet = static_cast<char>(octet | (0x80 >> ((port - 1) % 8)));
+}
+
+}  // namespace
+
+void UseBridgePortFile(const std::string& path) {
+  bridgePorts = std::make_unique<InterfaceIndex>(path);
+}
+
+void ProjectBridge(const ProjectionContext& context) {
+  // The bridge interfaces in ifIndex order, which numbers them at first sight.
+  std::map<long, std::pair<std::string, const Model::Interface*>> bridged;
+  for (const auto& served : context.layout.ports) {
+    if (served.owner != nullptr && served.owner->type == Dto::IfType::Ethernet) {
+      bridged[served.ifIndex] = {served.port->name, served.owner};
+    }
+  }
+  for (const auto& aggregate : context.layout.aggregates) {
+    bridged[aggregate.ifIndex] = {aggregate.interface->name, aggregate.interface};
+  }
+  std::vector<PortRow> ports;
+  std::map<long, const Model::Interface*> interfaceOf;
+  long highest = 0;
+  for (const auto& [ifIndex, named] : bridged) {
+    const long port = BridgePort(named.first);
+    if (port > kMaxBridgePort) continue;
+    PortRow row{{static_cast<oid>(port)}, port, ifIndex, std::nullopt};
+    if (ValidVlan(named.second->vid)) row.pvid = named.second->vid;
+    ports.push_back(std::move(row));
+    interfaceOf[port] = named.second;
+    highest = std::max(highest, port);
+  }
+
+  // Each VLAN with the ports that carry it, untagged on those whose VLAN id it is.
+  std::map<long, VlanRow> vlans;
+  const std::string none(static_cast<std::size_t>(highest + 7) / 8, '\0');
+  for (const auto& [port, interface] : interfaceOf) {
+    auto carry = [&, port = port](long vlan, bool untagged) {
+      if (!ValidVlan(vlan)) return;
+      auto& row = vlans.try_emplace(vlan, VlanRow{{}, none, none}).first->second;
+      SetBit(row.egress, port);
+      if (untagged) SetBit(row.untagged, port);
+    };
+    carry(interface->vid, true);
+    for (const auto vlan : interface->vlans) carry(vlan, false);
+  }
+  std::vector<VlanRow> current, statics;
+  for (auto& [vlan, row] : vlans) {
+    row.index = {static_cast<oid>(vlan)};
+    statics.push_back(row);
+    row.index = {0, static_cast<oid>(vlan)};
+    current.push_back(std::move(row));
+  }
+  BridgePorts().EndRound(std::chrono::duration_cast<std::chrono::seconds>(
+                             std::chrono::system_clock::now().time_since_epoch())
+                             .count());
+  baseGroup.Replace({{{0}, static_cast<long>(ports.size())}});
+  qBaseGroup.Replace({{{0}, static_cast<long>(current.size())}});
+  portVlanTable.Replace(ports);
+  basePortTable.Replace(std::move(ports));
+  currentTable.Replace(std::move(current));
+  staticTable.Replace(std::move(statics));
+}
+
+std::vector<View> BridgeViews() {
+  return {{"dot1dBaseNumPorts", &Mib::dot1dBaseNumPorts, &baseGroup, Mib::dot1dBaseNumPorts.Arc(),
+           Mib::dot1dBaseNumPorts.Arc(), true},
+          {"dot1dBasePortTable", &Mib::dot1dBasePortTable, &basePortTable,
+           basePortTable.FirstColumn(), basePortTable.LastColumn(), false},
+          {"dot1qBase", &Mib::dot1qVlanVersionNumber, &qBaseGroup,
+           Mib::dot1qVlanVersionNumber.Arc(), Mib::dot1qNumVlans.Arc(), true},
+          {"dot1qVlanCurrentTable", &Mib::dot1qVlanCurrentTable, &currentTable,
+           currentTable.FirstColumn(), currentTable.LastColumn(), false},
+          {"dot1qVlanStaticTable", &Mib::dot1qVlanStaticTable, &staticTable,
+           staticTable.FirstColumn(), staticTable.LastColumn(), false},
+          {"dot1qPortVlanTable", &Mib::dot1qPortVlanTable, &portVlanTable,
+           portVlanTable.FirstColumn(), portVlanTable.LastColumn(), false}};
+}
+
+}  // namespace Arq::Snmp::Standard

@@ -1,0 +1,238 @@
+// ENTITY-MIB: the chassis, the hardware ports that have sub-ports and the
+// ports, as a containment tree mapped to IF-MIB, and entConfigChange when
+// that inventory changes between two models.
+#include <algorithm>
+#include <set>
+#include <tuple>
+
+#include "Arq/Monitoring/MetricConverter/LldpTlv.h"
+#include "InventoryViews.h"
+
+namespace Arq::Snmp::Standard {
+namespace {
+
+namespace LldpTlv = Monitoring::MetricConverter::LldpTlv;
+
+enum PhysicalClass : long { kChassis = 3, kContainer = 5, kPort = 10 };
+constexpr long kChassisIndex = 1;
+// A hardware port's index: this plus its first sub-port's ifIndex.
+constexpr long kHardwarePortBase = 1000000000;
+constexpr long kFalse = 2;
+// At most one entConfigChange in this time (RFC 4133's suggested default).
+constexpr auto kThrottle = std::chrono::seconds(5);
+const std::vector<oid> kIfIndexColumn{1, 3, 6, 1, 2, 1, 2, 2, 1, 1};
+const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
+// DateAndTime of an unknown date, as the RFC asks.
+const std::string kUnknownDate(8, '\0');
+
+struct PhysicalRow {
+  std::vector<oid> index;
+  std::string descr;
+  long containedIn = 0;
+  long physicalClass = kPort;
+  long relPos = -1;
+  std::string name, softwareRev, serialNum, mfgName, modelName;
+
+  auto Key() const {
+    return std::tie(index, descr, containedIn, physicalClass, relPos, name, softwareRev, serialNum,
+                    mfgName, modelName);
+  }
+};
+
+struct AliasRow {
+  std::vector<oid> index;  // entPhysicalIndex, entAliasLogicalIndexOrZero 0
+  std::vector<oid> target;
+
+  auto Key() const { return std::tie(index, target); }
+};
+
+struct ContainsRow {
+  std::vector<oid> index;  // entPhysicalIndex, entPhysicalChildIndex
+  long child = 0;
+};
+
+struct ScalarRow {
+  std::vector<oid> index{0};
+  long lastChange = 0;
+};
+
+ProjectedTable<PhysicalRow> physicalTable({
+    Field<PhysicalRow, Mib::entPhysicalDescr, &PhysicalRow::descr>(),
+    {Mib::entPhysicalVendorType.Arc(),
+     [](const PhysicalRow&, netsnmp_variable_list* var) {
+       return Put(var, Mib::entPhysicalVendorType, std::vector<oid>{0, 0});
+     }},
+    Field<PhysicalRow, Mib::entPhysicalContainedIn, &PhysicalRow::containedIn>(),
+    Field<PhysicalRow, Mib::entPhysicalClass, &PhysicalRow::physicalClass>(),
+    Field<PhysicalRow, Mib::entPhysicalParentRelPos, &PhysicalRow::relPos>(),
+    Field<PhysicalRow, Mib::entPhysicalName, &PhysicalRow::name>(),
+    Empty<PhysicalRow, Mib::entPhysicalHardwareRev>(),
+    Empty<PhysicalRow, Mib::entPhysicalFirmwareRev>(),
+    Field<PhysicalRow, Mib::entPhysicalSoftwareRev, &PhysicalRow::softwareRev>(),
+    Field<PhysicalRow, Mib::entPhysicalSerialNum, &PhysicalRow::serialNum>(),
+    Field<PhysicalRow, Mib::entPhysicalMfgName, &PhysicalRow::mfgName>(),
+    Field<PhysicalRow, Mib::entPhysicalModelName, &PhysicalRow::modelName>(),
+    Empty<PhysicalRow, Mib::entPhysicalAlias>(),
+    Empty<PhysicalRow, Mib::entPhysicalAssetID>(),
+    Fixed<PhysicalRow, Mib::entPhysicalIsFRU, kFalse>(),
+    {Mib::entPhysicalMfgDate.Arc(),
+     [](const PhysicalRow&, netsnmp_variable_list* var) {
+       return Put(var, Mib::entPhysicalMfgDate, kUnknownDate);
+     }},
+    Empty<PhysicalRow, Mib::entPhysicalUris>(),
+});
+ProjectedTable<AliasRow> aliasTable({Field<AliasRow, Mib::entAliasMappingIdentifier, &AliasRow::target>()});
+ProjectedTable<ContainsRow> containsTable(
+    {Field<ContainsRow, Mib::entPhysicalChildIndex, &ContainsRow::child>()});
+ProjectedTable<ScalarRow> lastChangeGroup(
+    {Field<ScalarRow, Mib::entLastChangeTime, &ScalarRow::lastChange>()});
+
+// entConfigChange, at most one per kThrottle: a change inside it is sent
+// once at its end.
+struct Throttle {
+  bool sent = false;
+  bool pending = false;
+  Model::Clock::time_point last{};
+};
+Throttle throttle;
+
+void SendConfigChange() {
+  netsnmp_variable_list* list = nullptr;
+  const auto& value = Mib::entConfigChange.id;
+  snmp_varlist_add_variable(&list, kSnmpTrapOid.data(), kSnmpTrapOid.size(), ASN_OBJECT_ID,
+                            reinterpret_cast<const u_char*>(value.data()),
+                            value.size() * sizeof(oid));
+  send_v2trap(list);
+  snmp_free_varbind(list);
+  throttle.sent = true;
+  throttle.last = Model::Clock::now();
+}
+
+void SendPending(unsigned int, void*) {
+  throttle.pending = false;
+  SendConfigChange();
+}
+
+void NoteChange(Model::Clock::time_point now) {
+  if (!throttle.sent || now - throttle.last >= kThrottle) {
+    SendConfigChange();
+  } else if (!throttle.pending) {
+    throttle.pending = true;
+    const auto wait =
+        std::chrono::duration_cast<std::chrono::microseconds>(throttle.last + kThrottle - now);
+    timeval when{static_cast<time_t>(wait.count() / 1000000),
+                 static_cast<suseconds_t>(wait.count() % 1000000)};
+    snmp_alarm_register_hr(when, 0, SendPending, nullptr);
+  }
+}
+
+PhysicalRow Chassis(const Model::LldpLocal& local) {
+  const auto parts = LldpTlv::SplitSystemDescription(local.systemDescription);
+  PhysicalRow row;
+  row.index = {kChassisIndex};
+  row.descr = Truncate(local.systemDescription);
+  row.physicalClass = kChassis;
+  row.name = Truncate(local.systemName);
+  row.softwareRev = Truncate(parts.version);
+  row.serialNum = Truncate(parts.serialNumber, 32);
+  row.mfgName = Truncate(parts.deviceType);
+  row.modelName = row.mfgName;
+  return row;
+}
+
+template <typename Row>
+bool SameRows(std::vector<Row> rows, const std::vector<Row>& served) {
+  std::sort(rows.begin(), rows.end(),
+            [](const Row& a, const Row& b) { return a.index < b.index; });
+  return std::equal(rows.begin(), rows.end(), served.begin(), served.end(),
+                    [](const Row& a, const Row& b) { return a.Key() == b.Key(); });
+}
+
+}  // namespace
+
+void ProjectEntity(const ProjectionContext& context) {
+  const auto& model = context.model;
+  std::vector<PhysicalRow> physical;
+  std::vector<AliasRow> aliases;
+  std::vector<ContainsRow> contains;
+  const auto add = [&](PhysicalRow row) {
+    if (row.containedIn != 0) {
+      contains.push_back({{static_cast<oid>(row.containedIn), row.index[0]},
+                          static_cast<long>(row.index[0])});
+    }
+    physical.push_back(std::move(row));
+  };
+  // The ports the switch lists, grouped into their hardware ports.
+  std::set<long> seen;
+  long hardwarePort = 0;
+  int subPortsLeft = 0;
+  long position = 0;
+  for (const auto& port : model.ports) {
+    if (!port.hasInfo) continue;
+    const long ifIndex = context.indexes.Of(port.name);
+    if (!seen.insert(ifIndex).second) continue;
+    PhysicalRow row;
+    row.index = {static_cast<oid>(ifIndex)};
+    row.descr = Truncate("Ethernet port " + port.name);
+    row.containedIn = kChassisIndex;
+    row.relPos = ifIndex;
+    row.name = Truncate(port.name);
+    if (port.isMainPhys && port.nbPhys > 1) {
+      hardwarePort = kHardwarePortBase + ifIndex;
+      subPortsLeft = port.nbPhys - 1;
+      position = 1;
+      PhysicalRow container;
+      container.index = {static_cast<oid>(hardwarePort)};
+      container.descr = "Hardware port of " + std::to_string(port.nbPhys) + " sub-ports";
+      container.containedIn = kChassisIndex;
+      container.physicalClass = kContainer;
+      container.relPos = ifIndex;
+      container.name = Truncate(port.name + " hardware port");
+      add(std::move(container));
+      row.containedIn = hardwarePort;
+      row.relPos = position;
+    } else if (!port.isMainPhys && subPortsLeft > 0) {
+      --subPortsLeft;
+      row.containedIn = hardwarePort;
+      row.relPos = ++position;
+    } else {
+      subPortsLeft = 0;
+    }
+    if (context.layout.FindPort(ifIndex) != nullptr) {
+      std::vector<oid> target = kIfIndexColumn;
+      target.push_back(static_cast<oid>(ifIndex));
+      aliases.push_back({{static_cast<oid>(ifIndex), 0}, std::move(target)});
+    }
+    add(std::move(row));
+  }
+  const auto& local = model.lldpLocal;
+  if (!physical.empty() || !local.systemName.empty() || !local.systemDescription.empty()) {
+    physical.push_back(Chassis(local));
+  }
+
+  // A change of any cell after the first inventory is a configuration change.
+  const bool hadRows = !physicalTable.rows.empty();
+  if (!SameRows(physical, physicalTable.rows) || !SameRows(aliases, aliasTable.rows)) {
+    if (hadRows) {
+      lastChangeGroup.Replace({{{0}, static_cast<long>(context.uptimeNow)}});
+      NoteChange(context.now);
+    }
+  }
+  if (lastChangeGroup.rows.empty()) lastChangeGroup.Replace({ScalarRow{}});
+  physicalTable.Replace(std::move(physical));
+  aliasTable.Replace(std::move(aliases));
+  containsTable.Replace(std::move(contains));
+}
+
+std::vector<View> EntityViews() {
+  return {{"entPhysicalTable", &Mib::entPhysicalTable, &physicalTable,
+           physicalTable.FirstColumn(), physicalTable.LastColumn(), false},
+          {"entAliasMappingTable", &Mib::entAliasMappingTable, &aliasTable,
+           aliasTable.FirstColumn(), aliasTable.LastColumn(), false},
+          {"entPhysicalContainsTable", &Mib::entPhysicalContainsTable, &containsTable,
+           containsTable.FirstColumn(), containsTable.LastColumn(), false},
+          {"entLastChangeTime", &Mib::entLastChangeTime, &lastChangeGroup,
+           Mib::entLastChangeTime.Arc(), Mib::entLastChangeTime.Arc(), true}};
+}
+
+}  // namespace Arq::Snmp::Standard

@@ -1,0 +1,173 @@
+// PTPBASE-MIB: one clock per PTP domain the switch reports, with its ports
+// and their roles. A domain whose number or clock mode the MIB cannot
+// express gives no row anywhere.
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "InventoryViews.h"
+
+namespace Arq::Snmp::Standard {
+namespace {
+
+namespace Dto = OrvoViaSwitch::Domain::Dto;
+
+enum ClockType : long { kOrdinary = 1, kBoundary = 2, kTransparent = 3 };
+enum Role : long { kMaster = 1, kSlave = 2 };
+enum Profile : long { kDefaultProfile = 1, kVendorSpecific = 3 };
+constexpr long kTrue = 1, kFalse = 2;
+constexpr long kMaxDomain = 255;
+constexpr std::size_t kMaxPortName = 64;
+
+struct ClockRow {
+  std::vector<oid> index;  // domain, (clock type,) instance
+  long count = 0;          // ports, or domains of a clock type
+  long slaveOnly = kFalse;
+};
+
+struct PortRow {
+  std::vector<oid> index;  // domain, clock type, instance, port number
+  std::string name;
+  long role = kMaster;
+  long ifIndex = 0;
+  std::optional<std::vector<oid>> transport;
+};
+
+struct ScalarRow {
+  std::vector<oid> index{0};
+  std::optional<long> profile;
+};
+
+ProjectedTable<ClockRow> systemTable({Field<ClockRow, Mib::ptpDomainClockPortsTotal, &ClockRow::count>()});
+ProjectedTable<ClockRow> systemDomainTable(
+    {Field<ClockRow, Mib::ptpbaseSystemDomainTotals, &ClockRow::count>()});
+ProjectedTable<ScalarRow> profileGroup(
+    {Field<ScalarRow, Mib::ptpbaseSystemProfile, &ScalarRow::profile>()});
+ProjectedTable<ClockRow> defaultTable(
+    {Field<ClockRow, Mib::ptpbaseClockDefaultDSSlaveOnly, &ClockRow::slaveOnly>()});
+ProjectedTable<ClockRow> transparentTable(
+    {Field<ClockRow, Mib::ptpbaseClockTransDefaultDSNumOfPorts, &ClockRow::count>()});
+ProjectedTable<PortRow> portTable({
+    Field<PortRow, Mib::ptpbaseClockPortName, &PortRow::name>(),
+    Field<PortRow, Mib::ptpbaseClockPortRole, &PortRow::role>(),
+});
+ProjectedTable<PortRow> runningTable({
+    Field<PortRow, Mib::ptpbaseClockPortRunningName, &PortRow::name>(),
+    Field<PortRow, Mib::ptpbaseClockPortRunningRole, &PortRow::role>(),
+    Field<PortRow, Mib::ptpbaseClockPortRunningInterfaceIndex, &PortRow::ifIndex>(),
+    Field<PortRow, Mib::ptpbaseClockPortRunningTransport, &PortRow::transport>(),
+});
+
+std::optional<long> TypeOf(Dto::PTPClockMode mode) {
+  switch (mode) {
+    case Dto::PTPClockMode::Transparent:
+      return kTransparent;
+    case Dto::PTPClockMode::Boundary:
+      return kBoundary;
+    case Dto::PTPClockMode::Master:
+    case Dto::PTPClockMode::Slave:
+      return kOrdinary;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<long> ProfileOf(Dto::PTPProfile profile) {
+  switch (profile) {
+    case Dto::PTPProfile::IEEE_1588_2008:
+      return kDefaultProfile;
+    case Dto::PTPProfile::AES67_2015:
+    case Dto::PTPProfile::SMPTE_2059:
+    case Dto::PTPProfile::INTEROP_DEFAULT_AES_SMPTE:
+    case Dto::PTPProfile::INTEROP_AES_SMPTE:
+      return kVendorSpecific;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<std::vector<oid>> TransportOf(Dto::PTPPacketType type) {
+  switch (type) {
+    case Dto::PTPPacketType::IEEE:
+      return Mib::ptpbaseTransportTypeEthernet.id;
+    case Dto::PTPPacketType::UDP:
+      return Mib::ptpbaseTransportTypeIPversion4.id;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+void ProjectPtpBase(const ProjectionContext& context) {
+  // The ifIndex of every port and LAG or PRS interface IF-MIB serves, by name.
+  std::map<std::string, long> served;
+  for (const auto& port : context.layout.ports) served.emplace(port.port->name, port.ifIndex);
+  for (const auto& aggregate : context.layout.aggregates) {
+    served.emplace(aggregate.interface->name, aggregate.ifIndex);
+  }
+  std::vector<ClockRow> system, defaults, transparent, domainTotals;
+  std::vector<PortRow> ports;
+  std::map<long, int> instances;                  // clocks so far, by domain
+  std::map<long, std::set<long>> domainsOfType;   // by clock type
+  std::set<std::optional<long>> profiles;
+  for (const auto& domain : context.model.ptpDomains) {
+    const auto type = TypeOf(domain.clockMode);
+    if (domain.domain < 0 || domain.domain > kMaxDomain || !type) continue;
+    const auto number = static_cast<oid>(domain.domain);
+    const auto instance = static_cast<oid>(++instances[domain.domain]);
+    domainsOfType[*type].insert(domain.domain);
+    profiles.insert(ProfileOf(domain.profile));
+    std::set<std::string> listed;
+    for (const auto& name : domain.ports) {
+      if (name.empty() || !listed.insert(name).second) continue;
+      const auto found = served.find(name);
+      const bool slave = std::find(domain.slavePorts.begin(), domain.slavePorts.end(), name) !=
+                         domain.slavePorts.end();
+      ports.push_back({{number, static_cast<oid>(*type), instance, static_cast<oid>(listed.size())},
+                       Truncate(name, kMaxPortName),
+                       slave ? kSlave : kMaster,
+                       found == served.end() ? 0 : found->second,
+                       TransportOf(domain.packetType)});
+    }
+    const auto count = static_cast<long>(listed.size());
+    system.push_back({{number, instance}, count, kFalse});
+    if (*type == kTransparent) {
+      transparent.push_back({{number, instance}, count, kFalse});
+    } else {
+      const bool slaveOnly = domain.clockMode == Dto::PTPClockMode::Slave;
+      defaults.push_back({{number, static_cast<oid>(*type), instance}, 0, slaveOnly ? kTrue : kFalse});
+    }
+  }
+  for (const auto& [type, domains] : domainsOfType) {
+    domainTotals.push_back({{static_cast<oid>(type)}, static_cast<long>(domains.size()), kFalse});
+  }
+  ScalarRow profile;
+  if (profiles.size() == 1) profile.profile = *profiles.begin();
+  profileGroup.Replace({profile});
+  systemTable.Replace(std::move(system));
+  systemDomainTable.Replace(std::move(domainTotals));
+  defaultTable.Replace(std::move(defaults));
+  transparentTable.Replace(std::move(transparent));
+  portTable.Replace(ports);
+  runningTable.Replace(std::move(ports));
+}
+
+std::vector<View> PtpBaseViews() {
+  return {{"ptpbaseSystemTable", &Mib::ptpbaseSystemTable, &systemTable, systemTable.FirstColumn(),
+           systemTable.LastColumn(), false},
+          {"ptpbaseSystemDomainTable", &Mib::ptpbaseSystemDomainTable, &systemDomainTable,
+           systemDomainTable.FirstColumn(), systemDomainTable.LastColumn(), false},
+          {"ptpbaseSystemProfile", &Mib::ptpbaseSystemProfile, &profileGroup,
+           Mib::ptpbaseSystemProfile.Arc(), Mib::ptpbaseSystemProfile.Arc(), true},
+          {"ptpbaseClockDefaultDSTable", &Mib::ptpbaseClockDefaultDSTable, &defaultTable,
+           defaultTable.FirstColumn(), defaultTable.LastColumn(), false},
+          {"ptpbaseClockTransDefaultDSTable", &Mib::ptpbaseClockTransDefaultDSTable,
+           &transparentTable, transparentTable.FirstColumn(), transparentTable.LastColumn(), false},
+          {"ptpbaseClockPortTable", &Mib::ptpbaseClockPortTable, &portTable, portTable.FirstColumn(),
+           portTable.LastColumn(), false},
+          {"ptpbaseClockPortRunningTable", &Mib::ptpbaseClockPortRunningTable, &runningTable,
+           runningTable.FirstColumn(), runningTable.LastColumn(), false}};
+}
+
+}  // namespace Arq::Snmp::Standard
