@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <set>
 
 namespace Arq::Snmp::Standard {
@@ -242,6 +243,9 @@ void InterfaceRows::Sort() {
   layers.erase(std::unique(layers.begin(), layers.end()), layers.end());
   stack.clear();
   for (const auto& [h, l] : layers) stack.push_back({static_cast<oid>(h), static_cast<oid>(l)});
+  // Every served name is seen, also those of sources unchanged this time.
+  for (const auto* row : sorted) indexes.Of(row->name);
+  indexes.EndRound(std::time(nullptr));
 }
 
 }  // namespace Arq::Snmp::Standard
