@@ -20,8 +20,13 @@ namespace {
 // The first line of the file since names are escaped and stamped; a file
 // without it holds the older "<index> <name>" lines, the name taken verbatim.
 constexpr std::string_view kHeader =
-    "# orvovia-ifindex 2: <index> <name: \\\\ \\n \\r \\t \\xHH escaped> <last seen, unix seconds>";
+    R"(# orvovia-ifindex 2: <index> <name: \\ \n \r \t \xHH escaped> <last seen, unix seconds>)";
 constexpr std::size_t kLoggedBadLines = 10;
+
+std::string Reason(int error) {
+  char text[128];
+  return strerror_r(error, text, sizeof text);
+}
 
 // A decimal number from `low` to `high` without leading zeros, or 0.
 long Number(const std::string& text, long low, long high) {
@@ -273,7 +278,7 @@ void InterfaceIndex::Load() {
   struct stat status {};
   if (file.Get() < 0) {
     if (errno != ENOENT) {
-      snmp_log(LOG_WARNING, "ifIndex file %s not read: %s\n", path.c_str(), std::strerror(errno));
+      snmp_log(LOG_WARNING, "ifIndex file %s not read: %s\n", path.c_str(), Reason(errno).c_str());
     }
     return;
   }
@@ -394,7 +399,7 @@ bool InterfaceIndex::Save() {
   }
   if (!saveFailed) {
     snmp_log(LOG_WARNING, "cannot write the ifIndex file %s (%s): %s\n", path.c_str(), step,
-             error != 0 ? std::strerror(error) : "short write");
+             error != 0 ? Reason(error).c_str() : "short write");
   }
   saveFailed = true;
   return false;
