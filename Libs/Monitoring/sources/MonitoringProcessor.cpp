@@ -102,7 +102,8 @@ void MonitoringProcessor::PublishHealth(
   health_.collectEnabled = collectMetrics_;
   health_.period = collectMetricsPeriod_;
   monitoringValues.collectorHealth.Value(health_);
-  if (!model) model = std::make_shared<OrvoViaSwitch::Domain::Model::SwitchModel>(*switchModel.Current());
+  if (!model)
+    model = std::make_shared<OrvoViaSwitch::Domain::Model::SwitchModel>(*switchModel.Current());
   model->collection.health = health_;
   for (std::size_t call = 0; call < model->collection.calls.size(); ++call) {
     model->collection.calls[call] = monitoringValues.collectorCalls[call].Value();

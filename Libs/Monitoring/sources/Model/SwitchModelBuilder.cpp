@@ -288,9 +288,8 @@ void Links(Model::SwitchModel& model, const Model::SwitchModel& before,
   for (std::size_t p = 0; p < model.ports.size(); ++p) {
     auto& port = model.ports[p];
     const bool disabled =
-        servedUnder[p] >= 0 &&
-        model.interfaces[static_cast<std::size_t>(servedUnder[p])].status ==
-            Dto::IfStatus::Disabled;
+        servedUnder[p] >= 0 && model.interfaces[static_cast<std::size_t>(servedUnder[p])].status ==
+                                   Dto::IfStatus::Disabled;
     port.link = disabled ? LinkState::Down : PortLink(port.state);
   }
   for (auto& interface : model.interfaces) interface.link = InterfaceLink(model, interface);

@@ -123,7 +123,9 @@ void CheckLinks(const Model::SwitchModel& before) {
     const bool isUp = link == Model::LinkState::Up;
     if ((was == Model::LinkState::Up) == isUp) continue;
     SendLink(isUp, ifIndex, owner->status == OrvoViaSwitch::Domain::Dto::IfStatus::Disabled ? 2 : 1,
-             isUp ? 1 : link == Model::LinkState::Down ? 2 : 4);
+             isUp                             ? 1
+             : link == Model::LinkState::Down ? 2
+                                              : 4);
   }
 }
 

@@ -84,81 +84,81 @@ ProjectedTable<IfRow> ifTable({
     {4, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 0), true; }},
     {5,
      [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_GAUGE, std::min<std::uint64_t>(r.speedMbps * 1000000, 0xffffffffu)),
+       return SetUnsigned(v, ASN_GAUGE,
+                          std::min<std::uint64_t>(r.speedMbps * 1000000, 0xffffffffu)),
               true;
      }},
     {6, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.physAddress), true; }},
-    {7, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.adminStatus), true; }},
+    {7,
+     [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.adminStatus), true; }},
     {8, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.operStatus), true; }},
-    {9,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_TIMETICKS, r.lastChange), true;
-     }},
+    {9, [](const IfRow& r,
+           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_TIMETICKS, r.lastChange), true; }},
     {10, Count<kGoodOctetsReceived>},
     {11, Count<kGoodUnicastFrameReceived>},
     {12,
      [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_COUNTER,
-                          r.Value(kGoodPacketsMulticastReceived) +
-                              r.Value(kGoodPacketsBroadcastReceived)),
+       return SetUnsigned(
+                  v, ASN_COUNTER,
+                  r.Value(kGoodPacketsMulticastReceived) + r.Value(kGoodPacketsBroadcastReceived)),
               true;
      }},
     {13, Count<kInternalDropPacketsBW>},
-    {14,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_COUNTER, r.InErrors()), true;
-     }},
+    {14, [](const IfRow& r,
+            netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, r.InErrors()), true; }},
     // ifInUnknownProtos: no protocol demultiplexing.
-    {15, [](const IfRow&, netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, 0), true; }},
+    {15,
+     [](const IfRow&, netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, 0), true; }},
     {16, Count<kGoodOctetsSent>},
     {17, Count<kGoodUnicastFrameSent>},
     {18,
      [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(
-                  v, ASN_COUNTER,
-                  r.Value(kGoodMulticastPacketsSent) + r.Value(kGoodBroadcastPacketsSent)),
+       return SetUnsigned(v, ASN_COUNTER,
+                          r.Value(kGoodMulticastPacketsSent) + r.Value(kGoodBroadcastPacketsSent)),
               true;
      }},
     {19, Count<kFrameNotTransmitted>},
-    {20,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_COUNTER, r.OutErrors()), true;
-     }},
+    {20, [](const IfRow& r,
+            netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, r.OutErrors()), true; }},
     // ifOutQLen and ifSpecific, deprecated: 0 and zeroDotZero.
     {21, [](const IfRow&, netsnmp_variable_list* v) { return SetUnsigned(v, ASN_GAUGE, 0), true; }},
-    {22, [](const IfRow&, netsnmp_variable_list* v) { return SetObjectId(v, {0, 0}), true; }},
+    {22,
+     [](const IfRow&, netsnmp_variable_list* v) {
+       return SetObjectId(v, {0, 0}), true;
+     }},
 });
 
 ProjectedTable<IfRow> ifXTable(
     {
-    {1, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.name), true; }},
-    {2, Count<kGoodPacketsMulticastReceived>},
-    {3, Count<kGoodPacketsBroadcastReceived>},
-    {4, Count<kGoodMulticastPacketsSent>},
-    {5, Count<kGoodBroadcastPacketsSent>},
-    {6, Count64<kGoodOctetsReceived>},
-    {7, Count64<kGoodUnicastFrameReceived>},
-    {8, Count64<kGoodPacketsMulticastReceived>},
-    {9, Count64<kGoodPacketsBroadcastReceived>},
-    {10, Count64<kGoodOctetsSent>},
-    {11, Count64<kGoodUnicastFrameSent>},
-    {12, Count64<kGoodMulticastPacketsSent>},
-    {13, Count64<kGoodBroadcastPacketsSent>},
-    // ifLinkUpDownTrapEnable: linkUp/linkDown are sent for every row.
-    {14, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 1), true; }},
-    {15,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_GAUGE, std::min<std::uint64_t>(r.speedMbps, 0xffffffffu)), true;
-     }},
-    // ifPromiscuousMode: false.
-    {16, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 2), true; }},
-    {17,
-     [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.connector ? 1 : 2), true; }},
-    {18, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.alias), true; }},
-    {19,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_TIMETICKS, r.counterDiscontinuity), true;
-     }},
+        {1, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.name), true; }},
+        {2, Count<kGoodPacketsMulticastReceived>},
+        {3, Count<kGoodPacketsBroadcastReceived>},
+        {4, Count<kGoodMulticastPacketsSent>},
+        {5, Count<kGoodBroadcastPacketsSent>},
+        {6, Count64<kGoodOctetsReceived>},
+        {7, Count64<kGoodUnicastFrameReceived>},
+        {8, Count64<kGoodPacketsMulticastReceived>},
+        {9, Count64<kGoodPacketsBroadcastReceived>},
+        {10, Count64<kGoodOctetsSent>},
+        {11, Count64<kGoodUnicastFrameSent>},
+        {12, Count64<kGoodMulticastPacketsSent>},
+        {13, Count64<kGoodBroadcastPacketsSent>},
+        // ifLinkUpDownTrapEnable: linkUp/linkDown are sent for every row.
+        {14, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 1), true; }},
+        {15,
+         [](const IfRow& r, netsnmp_variable_list* v) {
+           return SetUnsigned(v, ASN_GAUGE, std::min<std::uint64_t>(r.speedMbps, 0xffffffffu)),
+                  true;
+         }},
+        // ifPromiscuousMode: false.
+        {16, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 2), true; }},
+        {17, [](const IfRow& r,
+                netsnmp_variable_list* v) { return SetInteger(v, r.connector ? 1 : 2), true; }},
+        {18, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.alias), true; }},
+        {19,
+         [](const IfRow& r, netsnmp_variable_list* v) {
+           return SetUnsigned(v, ASN_TIMETICKS, r.counterDiscontinuity), true;
+         }},
     },
     &ifTable);
 

@@ -64,18 +64,25 @@ bool Text(const Row& row, netsnmp_variable_list* var) {
 }
 
 ProjectedTable<LocalRow> localSystem({
-    {1, [](const LocalRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.chassisSubtype), true; }},
-    {2, [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.chassisId), true; }},
+    {1, [](const LocalRow& r,
+           netsnmp_variable_list* v) { return SetInteger(v, r.chassisSubtype), true; }},
+    {2,
+     [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.chassisId), true; }},
     {3, [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.sysName), true; }},
     {4, [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.sysDesc), true; }},
-    {5, [](const LocalRow&, netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
-    {6, [](const LocalRow&, netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
+    {5, [](const LocalRow&,
+           netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
+    {6, [](const LocalRow&,
+           netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
 });
 
 ProjectedTable<LocalPortRow> localPortTable({
-    {2, [](const LocalPortRow&, netsnmp_variable_list* v) { return SetInteger(v, kPortInterfaceName), true; }},
-    {3, [](const LocalPortRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.portId), true; }},
-    {4, [](const LocalPortRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.portDesc), true; }},
+    {2, [](const LocalPortRow&,
+           netsnmp_variable_list* v) { return SetInteger(v, kPortInterfaceName), true; }},
+    {3,
+     [](const LocalPortRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.portId), true; }},
+    {4, [](const LocalPortRow& r,
+           netsnmp_variable_list* v) { return SetOctets(v, r.portDesc), true; }},
 });
 
 ProjectedTable<RemoteRow> remoteTable({
@@ -83,18 +90,12 @@ ProjectedTable<RemoteRow> remoteTable({
      [](const RemoteRow& r, netsnmp_variable_list* v) {
        return r.chassis && (SetInteger(v, r.chassis->subtype), true);
      }},
-    {5,
-     [](const RemoteRow& r, netsnmp_variable_list* v) {
-       return r.chassis && (SetOctets(v, r.chassis->id), true);
-     }},
-    {6,
-     [](const RemoteRow& r, netsnmp_variable_list* v) {
-       return r.port && (SetInteger(v, r.port->subtype), true);
-     }},
-    {7,
-     [](const RemoteRow& r, netsnmp_variable_list* v) {
-       return r.port && (SetOctets(v, r.port->id), true);
-     }},
+    {5, [](const RemoteRow& r,
+           netsnmp_variable_list* v) { return r.chassis && (SetOctets(v, r.chassis->id), true); }},
+    {6, [](const RemoteRow& r,
+           netsnmp_variable_list* v) { return r.port && (SetInteger(v, r.port->subtype), true); }},
+    {7, [](const RemoteRow& r,
+           netsnmp_variable_list* v) { return r.port && (SetOctets(v, r.port->id), true); }},
     {8, Text<RemoteRow, &RemoteRow::portDesc>},
     {9, Text<RemoteRow, &RemoteRow::sysName>},
     {10, Text<RemoteRow, &RemoteRow::sysDesc>},
@@ -103,12 +104,12 @@ ProjectedTable<RemoteRow> remoteTable({
 });
 
 ProjectedTable<ManagementRow> remoteManagementTable({
-    {3, [](const ManagementRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.interfaceSubtype), true; }},
-    {4, [](const ManagementRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.interfaceNumber), true; }},
-    {5,
-     [](const ManagementRow& r, netsnmp_variable_list* v) {
-       return r.objectId && (SetObjectId(v, *r.objectId), true);
-     }},
+    {3, [](const ManagementRow& r,
+           netsnmp_variable_list* v) { return SetInteger(v, r.interfaceSubtype), true; }},
+    {4, [](const ManagementRow& r,
+           netsnmp_variable_list* v) { return SetInteger(v, r.interfaceNumber), true; }},
+    {5, [](const ManagementRow& r,
+           netsnmp_variable_list* v) { return r.objectId && (SetObjectId(v, *r.objectId), true); }},
 });
 
 std::optional<Model::LldpId> Identifier(const std::optional<Model::LldpId>& id) {
@@ -148,10 +149,10 @@ void ProjectRemote(const ProjectionContext& context) {
       management.interfaceSubtype = address->interfaceSubtype;
       management.interfaceNumber = static_cast<long>(address->interfaceNumber);
       if (address->objectId) {
-        management.objectId = address->objectId->empty()
-                                  ? std::vector<oid>{0, 0}
-                                  : std::vector<oid>(address->objectId->begin(),
-                                                     address->objectId->end());
+        management.objectId =
+            address->objectId->empty()
+                ? std::vector<oid>{0, 0}
+                : std::vector<oid>(address->objectId->begin(), address->objectId->end());
       }
     }
   }

@@ -34,8 +34,9 @@ InterfaceLayout Layout(const Model::SwitchModel& model, InterfaceIndex& indexes)
   };
   // Ethernet interfaces first, then PRS, then LAGs: a port listed twice keeps
   // the row of its first listing in that order.
-  for (const auto type : {OrvoViaSwitch::Domain::Dto::IfType::Ethernet, OrvoViaSwitch::Domain::Dto::IfType::BasicPrs,
-                          OrvoViaSwitch::Domain::Dto::IfType::BasicLag}) {
+  for (const auto type :
+       {OrvoViaSwitch::Domain::Dto::IfType::Ethernet, OrvoViaSwitch::Domain::Dto::IfType::BasicPrs,
+        OrvoViaSwitch::Domain::Dto::IfType::BasicLag}) {
     for (const auto& interface : model.interfaces) {
       if (interface.type != type || !interface.consistent) continue;
       if (type == OrvoViaSwitch::Domain::Dto::IfType::Ethernet) {
@@ -61,9 +62,9 @@ InterfaceLayout Layout(const Model::SwitchModel& model, InterfaceIndex& indexes)
 }  // namespace
 
 const ServedPort* InterfaceLayout::FindPort(long ifIndex) const {
-  const auto found = std::lower_bound(
-      ports.begin(), ports.end(), ifIndex,
-      [](const ServedPort& port, long wanted) { return port.ifIndex < wanted; });
+  const auto found =
+      std::lower_bound(ports.begin(), ports.end(), ifIndex,
+                       [](const ServedPort& port, long wanted) { return port.ifIndex < wanted; });
   return found != ports.end() && found->ifIndex == ifIndex ? &*found : nullptr;
 }
 

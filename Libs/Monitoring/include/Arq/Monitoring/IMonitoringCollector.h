@@ -19,9 +19,7 @@ class IMonitoringCollector {
   virtual void Interrupt() {}
   // The typed model of the last collection, once: nothing when that
   // collection gave none (it was cut short, or the collector keeps no model).
-  virtual std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> TakeModel() {
-    return nullptr;
-  }
+  virtual std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> TakeModel() { return nullptr; }
 };
 
 }  // namespace Arq::Monitoring

@@ -120,7 +120,7 @@ struct LldpManagementAddress {
 // What one neighbour announced on a local port. A field is empty when its
 // TLV was missing or malformed.
 struct LldpNeighbour {
-  std::string localPort;  // the local port's name
+  std::string localPort;     // the local port's name
   std::size_t position = 0;  // 1-based position in the switch's list
   std::optional<LldpId> chassisId;
   std::optional<LldpId> portId;
