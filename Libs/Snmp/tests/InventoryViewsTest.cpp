@@ -1,0 +1,299 @@
+// The inventory, VLAN and PTP views in-process: a hand-built switch model in,
+// the rows of every table out, cell by cell in their SNMP types.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Arq/TestSupport/TempDir.h"
+#include "Standard/InventoryViews.h"
+
+namespace {
+
+namespace Standard = Arq::Snmp::Standard;
+namespace Model = Arq::OrvoViaSwitch::Domain::Model;
+namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
+using Rows = std::vector<std::string>;
+
+struct Switch {
+  Model::SwitchModel model;
+
+  // Ports "<slot>/<first>" to "<slot>/<last>", main ports of `nbPhys`
+  // sub-ports, or sub-ports after a main port when `nbPhys` is 0.
+  Switch& Ports(int slot, int first, int last, int nbPhys = 1) {
+    for (int n = first; n <= last; ++n) {
+      Model::Port port;
+      port.name = std::to_string(slot) + "/" + std::to_string(n);
+      port.hasInfo = port.hasCounters = port.hasRates = true;
+      port.isMainPhys = nbPhys != 0;
+      port.nbPhys = nbPhys;
+      model.ports.push_back(port);
+    }
+    return *this;
+  }
+  Switch& Interface(const std::string& name, Dto::IfType type, std::int16_t vid,
+                    std::vector<std::int16_t> vlans, std::vector<std::string> members) {
+    Model::Interface interface;
+    interface.name = name, interface.type = type, interface.vid = vid;
+    interface.vlans = std::move(vlans);
+    interface.consistent = true;
+    for (const auto& member : members) {
+      for (std::size_t i = 0; i < model.ports.size(); ++i) {
+        if (model.ports[i].name == member) interface.members.push_back(i);
+      }
+    }
+    model.interfaces.push_back(interface);
+    return *this;
+  }
+  Switch& Ptp(std::int32_t domain, Dto::PTPClockMode mode, std::vector<std::string> ports,
+              std::vector<std::string> slaves, Dto::PTPPacketType type = Dto::PTPPacketType::UDP) {
+    model.ptpDomains.push_back({domain, type, mode, Dto::PTPProfile::SMPTE_2059, std::move(ports),
+                                std::move(slaves)});
+    return *this;
+  }
+};
+
+// A cell as "<type letter>:<value>": i INTEGER, u Unsigned32/Gauge32, c
+// Counter32, t TimeTicks, s text, x octets in hex (PortList, DateAndTime),
+// o OBJECT IDENTIFIER.
+std::string Cell(const netsnmp_variable_list& var, bool binary) {
+  std::string text;
+  switch (var.type) {
+    case ASN_INTEGER:
+      return "i:" + std::to_string(*var.val.integer);
+    case ASN_UNSIGNED:
+      return "u:" + std::to_string(*var.val.integer);
+    case ASN_COUNTER:
+      return "c:" + std::to_string(*var.val.integer);
+    case ASN_TIMETICKS:
+      return *var.val.integer == 0 ? "t:0" : "t:>0";
+    case ASN_OBJECT_ID:
+      for (std::size_t i = 0; i < var.val_len / sizeof(oid); ++i) {
+        text += (i ? "." : "") + std::to_string(var.val.objid[i]);
+      }
+      return "o:" + text;
+    default: {
+      const std::string octets(reinterpret_cast<const char*>(var.val.string), var.val_len);
+      if (!binary) return "s:" + octets;
+      static const char* hex = "0123456789abcdef";
+      for (const unsigned char c : octets) text += std::string{hex[c >> 4], hex[c & 15]};
+      return "x:" + text;
+    }
+  }
+}
+
+// Every view's rows as "<index> <column>=<cell> ...", by view name.
+std::map<std::string, Rows> Walk() {
+  namespace Mib = Standard::Mib;
+  const std::vector<const Standard::MibObject*> binary = {
+      &Mib::entPhysicalMfgDate, &Mib::dot1qVlanCurrentEgressPorts, &Mib::dot1qVlanCurrentUntaggedPorts,
+      &Mib::dot1qVlanStaticEgressPorts, &Mib::dot1qVlanStaticUntaggedPorts};
+  const auto isBinary = [&](const Standard::View& view, unsigned column) {
+    std::vector<oid> id = view.root->id;
+    id.insert(id.end(), {1, column});
+    return std::any_of(binary.begin(), binary.end(), [&](const auto* object) { return object->id == id; });
+  };
+  std::map<std::string, Rows> walked;
+  for (const auto& view : Standard::InventoryViews()) {
+    auto& rows = walked[view.name];
+    for (std::size_t row = 0; row < view.table->Rows(); ++row) {
+      std::string text;
+      for (const oid arc : view.table->Index(row)) text += (text.empty() ? "" : ".") + std::to_string(arc);
+      for (unsigned column = view.firstColumn; column <= view.lastColumn; ++column) {
+        netsnmp_variable_list var{};
+        if (!view.table->Answer(row, column, &var)) continue;
+        text += " " + std::to_string(column) + "=" + Cell(var, isBinary(view, column));
+        snmp_free_var_internals(&var);
+      }
+      rows.push_back(text);
+    }
+  }
+  return walked;
+}
+
+class InventoryViewsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    Standard::InventoryViews();  // adds the projectors
+    Standard::UseBridgePortFile(dir.File("bridge-ports.conf"));
+  }
+  std::map<std::string, Rows> Project(const Switch& built) {
+    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(built.model), indexes);
+    return Walk();
+  }
+
+  Arq::TestSupport::TempDir dir;
+  Standard::InterfaceIndex indexes{""};
+};
+
+// The small scenario's switch: two Ethernet interfaces, a PRS pair, a LAG of
+// three, a hardware port of four sub-ports whose first is listed, one PTP
+// boundary clock; every table cell by cell.
+TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
+  Switch small;
+  small.Ports(1, 1, 1, 4).Ports(1, 2, 2).Ports(2, 1, 2).Ports(3, 1, 3);
+  small.Interface("eth1", Dto::IfType::Ethernet, 100, {100, 110}, {"1/1"})
+      .Interface("eth2", Dto::IfType::Ethernet, 200, {200}, {"1/2"})
+      .Interface("prs1", Dto::IfType::BasicPrs, 300, {300}, {"2/1", "2/2"})
+      .Interface("lag1", Dto::IfType::BasicLag, 400, {10, 20, 400}, {"3/1", "3/2", "3/3"})
+      .Ptp(0, Dto::PTPClockMode::Boundary, {"1/1", "2/1"}, {"1/1"});
+  small.model.lldpLocal.systemName = "orvo-sim-small";
+  small.model.lldpLocal.systemDescription = "OrvoVia Switch; SIM-0001; 4.1.0";
+  auto walked = Project(small);
+
+  const std::string unknown = " 8=s: 9=s: ";
+  const std::string tail = " 14=s: 15=s: 16=i:2 17=x:0000000000000000 18=s:";
+  const auto port = [&](const std::string& index, const std::string& in, const std::string& pos,
+                        const std::string& name) {
+    return index + " 2=s:Ethernet port " + name + " 3=o:0.0 4=i:" + in + " 5=i:10 6=i:" + pos +
+           " 7=s:" + name + unknown + "10=s: 11=s: 12=s: 13=s:" + tail;
+  };
+  EXPECT_EQ(walked["entPhysicalTable"],
+            (Rows{"1 2=s:OrvoVia Switch; SIM-0001; 4.1.0 3=o:0.0 4=i:0 5=i:3 6=i:-1 "
+                  "7=s:orvo-sim-small" + unknown + "10=s:4.1.0 11=s:SIM-0001 12=s:OrvoVia Switch "
+                  "13=s:OrvoVia Switch" + tail,
+                  port("1001", "1000001001", "1", "1/1"), port("1002", "1", "1002", "1/2"),
+                  port("2001", "1", "2001", "2/1"), port("2002", "1", "2002", "2/2"),
+                  port("3001", "1", "3001", "3/1"), port("3002", "1", "3002", "3/2"),
+                  port("3003", "1", "3003", "3/3"),
+                  "1000001001 2=s:Hardware port of 4 sub-ports 3=o:0.0 4=i:1 5=i:5 6=i:1001 "
+                  "7=s:1/1 hardware port" + unknown + "10=s: 11=s: 12=s: 13=s:" + tail}));
+  Rows aliases, contains{"1.1002 1=i:1002", "1.2001 1=i:2001", "1.2002 1=i:2002", "1.3001 1=i:3001",
+                         "1.3002 1=i:3002", "1.3003 1=i:3003", "1.1000001001 1=i:1000001001",
+                         "1000001001.1001 1=i:1001"};
+  for (const char* n : {"1001", "1002", "2001", "2002", "3001", "3002", "3003"}) {
+    aliases.push_back(std::string(n) + ".0 2=o:1.3.6.1.2.1.2.2.1.1." + n);
+  }
+  EXPECT_EQ(walked["entAliasMappingTable"], aliases);
+  EXPECT_EQ(walked["entPhysicalContainsTable"], contains);
+  EXPECT_EQ(walked["entLastChangeTime"], Rows{"0 1=t:0"});
+
+  // Bridge ports 1 to 4 in ifIndex order: 1/1, 1/2, lag1, prs1.
+  EXPECT_EQ(walked["dot1dBaseNumPorts"], Rows{"0 2=i:4"});
+  EXPECT_EQ(walked["dot1dBasePortTable"], (Rows{"1 1=i:1 2=i:1001", "2 1=i:2 2=i:1002",
+                                                "3 1=i:3 2=i:100001", "4 1=i:4 2=i:200001"}));
+  EXPECT_EQ(walked["dot1qPortVlanTable"], (Rows{"1 1=u:100", "2 1=u:200", "3 1=u:400", "4 1=u:300"}));
+  EXPECT_EQ(walked["dot1qBase"], Rows{"0 1=i:1 2=i:4094 4=u:7"});
+  EXPECT_EQ(walked["dot1qVlanCurrentTable"],
+            (Rows{"0.10 4=x:20 5=x:00 6=i:2", "0.20 4=x:20 5=x:00 6=i:2", "0.100 4=x:80 5=x:80 6=i:2",
+                  "0.110 4=x:80 5=x:00 6=i:2", "0.200 4=x:40 5=x:40 6=i:2",
+                  "0.300 4=x:10 5=x:10 6=i:2", "0.400 4=x:20 5=x:20 6=i:2"}));
+  EXPECT_EQ(walked["dot1qVlanStaticTable"][2], "100 2=x:80 4=x:80 5=i:1");
+
+  // One boundary clock (type 2, instance 1) of two ports, 1/1 its slave.
+  EXPECT_EQ(walked["ptpbaseSystemTable"], Rows{"0.1 3=u:2"});
+  EXPECT_EQ(walked["ptpbaseSystemDomainTable"], Rows{"2 2=u:1"});
+  EXPECT_EQ(walked["ptpbaseSystemProfile"], Rows{"0 3=i:3"});
+  EXPECT_EQ(walked["ptpbaseClockDefaultDSTable"], Rows{"0.2.1 8=i:2"});
+  EXPECT_EQ(walked["ptpbaseClockTransDefaultDSTable"], Rows{});
+  EXPECT_EQ(walked["ptpbaseClockPortTable"], (Rows{"0.2.1.1 5=s:1/1 6=i:2", "0.2.1.2 5=s:2/1 6=i:1"}));
+  EXPECT_EQ(walked["ptpbaseClockPortRunningTable"],
+            (Rows{"0.2.1.1 5=s:1/1 7=i:2 8=i:1001 9=o:1.3.6.1.2.1.241.1.2.12.1",
+                  "0.2.1.2 5=s:2/1 7=i:1 8=i:2001 9=o:1.3.6.1.2.1.241.1.2.12.1"}));
+}
+
+// The full-capacity shape (48 Ethernet ports each the first of four
+// sub-ports, 24 PRS pairs, 3 LAGs of 6, five PTP domains of every clock mode)
+// and the inconsistent scenario's PTP domains: numbers beyond 0-255 and
+// unknown modes give no row.
+TEST_F(InventoryViewsTest, FullCapacityCountsAndInconsistentDomainsGiveNoRows) {
+  Switch full;
+  // 4/1 has one sub-port after it; 4/3 is one too many, in the chassis.
+  full.Ports(1, 1, 48, 4).Ports(2, 1, 48).Ports(3, 1, 18).Ports(4, 1, 1, 2).Ports(4, 2, 3, 0);
+  for (int n = 1; n <= 48; ++n) {
+    const auto id = static_cast<std::int16_t>(100 + n);
+    full.Interface("eth" + std::to_string(n), Dto::IfType::Ethernet, id,
+                   {id, static_cast<std::int16_t>(id + 1)}, {"1/" + std::to_string(n)});
+  }
+  for (int n = 1; n <= 24; ++n) {
+    full.Interface("prs" + std::to_string(n), Dto::IfType::BasicPrs, 300, {300},
+                   {"2/" + std::to_string(2 * n - 1), "2/" + std::to_string(2 * n)});
+  }
+  for (int n = 0; n < 3; ++n) {
+    std::vector<std::string> members;
+    for (int p = 1; p <= 6; ++p) members.push_back("3/" + std::to_string(6 * n + p));
+    full.Interface("lag" + std::to_string(n + 1), Dto::IfType::BasicLag, 0, {}, members);
+  }
+  using Mode = Dto::PTPClockMode;
+  full.Ptp(0, Mode::Boundary, {"1/1", "1/2"}, {"1/1"})
+      .Ptp(1, Mode::Transparent, {"1/5", "1/6", "1/7"}, {"1/5"}, Dto::PTPPacketType::IEEE)
+      .Ptp(2, Mode::Master, {"1/9"}, {})
+      .Ptp(3, Mode::Slave, {"1/13", "9/99"}, {"1/13"}, Dto::PTPPacketType::Disabled)
+      .Ptp(4, Mode::Boundary, {"1/17"}, {"1/17"})
+      .Ptp(0, Mode::Boundary, {"1/18"}, {})
+      .Ptp(127, static_cast<Mode>(7), {"9/99"}, {})
+      .Ptp(256, Mode::Slave, {"1/20"}, {"1/20"})
+      .Ptp(-1, Mode::Master, {"1/21"}, {});
+  auto walked = Project(full);
+  const std::map<std::string, std::size_t> counts = {
+      {"entPhysicalTable", 1 + 49 + 117}, {"entAliasMappingTable", 114},
+      {"entPhysicalContainsTable", 49 + 117}, {"dot1dBasePortTable", 48 + 24 + 3},
+      {"dot1qPortVlanTable", 75}, {"dot1qVlanCurrentTable", 50}, {"ptpbaseClockPortTable", 10}};
+  for (const auto& [name, count] : counts) EXPECT_EQ(walked[name].size(), count) << name;
+  EXPECT_EQ(walked["dot1qBase"], Rows{"0 1=i:1 2=i:4094 4=u:50"});
+  const auto& physical = walked["entPhysicalTable"];
+  for (const auto& [row, contained] : std::map<std::size_t, std::string>{
+           {115, "4001 4=i:1000004001 5=i:10 6=i:1"}, {116, "4002 4=i:1000004001 5=i:10 6=i:2"},
+           {117, "4003 4=i:1 5=i:10 6=i:4003"}}) {
+    EXPECT_EQ(physical[row].substr(0, 4) + physical[row].substr(physical[row].find(" 4=")).substr(0, contained.size() - 4),
+              contained);
+  }
+  // Bridge ports 49-51 are the LAGs, without VLAN id or dot1qPvid; VLAN 300 on the PRS pairs, 52-75.
+  EXPECT_EQ(walked["dot1qPortVlanTable"][48], "49");
+  EXPECT_EQ(walked["dot1qPortVlanTable"].back(), "75 1=u:300");
+  EXPECT_EQ(walked["dot1qVlanCurrentTable"].back(),
+            "0.300 4=x:0000000000001fffffe0 5=x:0000000000001fffffe0 6=i:2");
+  EXPECT_EQ(walked["ptpbaseSystemTable"],
+            (Rows{"0.1 3=u:2", "0.2 3=u:1", "1.1 3=u:3", "2.1 3=u:1", "3.1 3=u:2", "4.1 3=u:1"}));
+  EXPECT_EQ(walked["ptpbaseSystemDomainTable"], (Rows{"1 2=u:2", "2 2=u:2", "3 2=u:1"}));
+  EXPECT_EQ(walked["ptpbaseClockDefaultDSTable"],
+            (Rows{"0.2.1 8=i:2", "0.2.2 8=i:2", "2.1.1 8=i:2", "3.1.1 8=i:1", "4.2.1 8=i:2"}));
+  EXPECT_EQ(walked["ptpbaseClockTransDefaultDSTable"], Rows{"1.1 4=c:3"});
+  EXPECT_EQ(walked["ptpbaseClockPortRunningTable"][3],
+            "1.3.1.1 5=s:1/5 7=i:2 8=i:1005 9=o:1.3.6.1.2.1.241.1.2.12.3");
+  EXPECT_EQ(walked["ptpbaseClockPortRunningTable"][8], "3.1.1.2 5=s:9/99 7=i:1 8=i:0");
+
+  // Nothing the MIB can express: no clock, no profile.
+  Switch inconsistent;
+  inconsistent.Ports(1, 1, 1).Ptp(127, static_cast<Mode>(7), {"9/99"}, {}).Ptp(300, Mode::Slave, {"1/1"}, {});
+  walked = Project(inconsistent);
+  for (const char* name : {"ptpbaseSystemTable", "ptpbaseSystemDomainTable", "ptpbaseClockPortTable",
+                           "ptpbaseClockPortRunningTable", "ptpbaseClockDefaultDSTable"}) {
+    EXPECT_EQ(walked[name], Rows{}) << name;
+  }
+  EXPECT_EQ(walked["ptpbaseSystemProfile"], Rows{"0"});
+}
+
+// Ports coming and going, then a restart: every entity and bridge port keeps
+// its number, a new one takes a number never given, and the inventory's
+// change time moves.
+TEST_F(InventoryViewsTest, NumbersSurvivePortsComingAndGoingAndRestarts) {
+  Switch before, after;
+  before.Ports(1, 1, 3);
+  after.Ports(1, 2, 4);
+  for (auto* built : {&before, &after}) {
+    for (const auto& port : built->model.ports) {
+      built->Interface("eth" + port.name, Dto::IfType::Ethernet, 10, {}, {port.name});
+    }
+  }
+  const auto numbers = [](const std::map<std::string, Rows>& walked) {
+    Rows found = walked.at("dot1dBasePortTable");
+    for (const auto& row : walked.at("entPhysicalTable")) found.push_back(row.substr(0, row.find(' ')));
+    return found;
+  };
+  EXPECT_EQ(numbers(Project(before)),
+            (Rows{"1 1=i:1 2=i:1001", "2 1=i:2 2=i:1002", "3 1=i:3 2=i:1003", "1", "1001", "1002", "1003"}));
+  auto walked = Project(after);
+  EXPECT_EQ(numbers(walked),
+            (Rows{"2 1=i:2 2=i:1002", "3 1=i:3 2=i:1003", "4 1=i:4 2=i:1004", "1", "1002", "1003", "1004"}));
+  EXPECT_EQ(walked["entLastChangeTime"], Rows{"0 1=t:>0"});
+  Standard::UseBridgePortFile(dir.File("bridge-ports.conf"));
+  Switch again;
+  again.Ports(1, 1, 1);
+  again.Interface("eth1/1", Dto::IfType::Ethernet, 10, {}, {"1/1"});
+  EXPECT_EQ(Project(again)["dot1dBasePortTable"], Rows{"1 1=i:1 2=i:1001"});
+}
+
+}  // namespace
