@@ -325,7 +325,23 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
   EXPECT_EQ(count(unreachable), 2);
   EXPECT_EQ(count(recovered), 2);
   EXPECT_EQ(count(linkDown), 1);
+
+  // Another switch, then the first again: the inventory changes twice, one
+  // entConfigChange each (the second held to 5 s after the first); the
+  // first inventory, outages and link changes sent none.
+  const std::string configChange = ".1.3.6.1.2.1.47.2.0.1";
+  const std::string lastChange = "1.3.6.1.2.1.47.1.4.1.0";
+  EXPECT_EQ(count(configChange), 0);
+  EXPECT_EQ(setup.Master().Get(lastChange), "Timeticks: (0) 0:00:00.00");
+  StopSimulator();
+  StartSimulator("small.json");
+  ASSERT_TRUE(WaitUntil([&] { return count(configChange) == 1; }, 15s)) << ReadFile(traps);
+  EXPECT_NE(setup.Master().Get(lastChange), "Timeticks: (0) 0:00:00.00");
+  StopSimulator();
+  StartSimulator();
+  ASSERT_TRUE(WaitUntil([&] { return count(configChange) == 2; }, 15s)) << ReadFile(traps);
   EXPECT_TRUE(setup.Daemon().IsRunning());
+  EXPECT_EQ(count(configChange), 2);
 }
 
 // One daemon restarted on switch after switch: the MIB's capacity filled to
@@ -387,7 +403,10 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     Map gets;  // B.<arcs>
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
+    Map standard;  // ENTITY-MIB, BRIDGE-MIB, Q-BRIDGE-MIB and PTPBASE-MIB cells
   };
+  const std::string entity = "1.3.6.1.2.1.47.1.", ptp = "1.3.6.1.2.1.241.1.";
+  const std::string basePort = "1.3.6.1.2.1.17.1.4.1.2.";
   // clang-format off
   const Case cases[] = {
       {"full-capacity.json",
@@ -397,16 +416,28 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
         {"5.2.1.5.59", "STRING: \"peer-60\""}, {"5.2.1.6.59", "STRING: \"00:1b:21:00:00:3c\""},
         {"5.2.1.7.59", "IpAddress: 198.51.100.60"}, {"5.2.1.10.59", "INTEGER: 120"},
         {"7.4.1.0", "STRING: \"lag3\""}, {"7.4.6.1.2.5", "STRING: \"3/18\""}},
-       full, fullManagement, {}, {}},
+       full, fullManagement, {}, {},
+       // Bridge ports numbered in ifIndex order at first sight: 1/1 is 1.
+       {{"1.3.6.1.2.1.17.1.2.0", "INTEGER: 75"}, {basePort + "1", "INTEGER: 1001"},
+        {"1.3.6.1.2.1.17.7.1.4.5.1.1.1", "Gauge32: 101"},
+        {entity + "1.1.1.7.1", "STRING: \"orvo-sim-full\""},
+        {entity + "1.1.1.11.1", "STRING: \"SIM-0048\""},
+        {entity + "1.1.1.4.1001", "INTEGER: 1000001001"},
+        {entity + "3.2.1.2.1001.0", "OID: .1.3.6.1.2.1.2.2.1.1.1001"},
+        {ptp + "1.2.1.2.1", "Gauge32: 2"}, {ptp + "1.2.1.2.3", "Gauge32: 1"},
+        {ptp + "2.9.1.7.0.2.1.1", "INTEGER: 2"}, {ptp + "2.9.1.8.0.2.1.2", "INTEGER: 1002"}}},
       {raw, {},
        {{"4.0.1003.1", "INTEGER: 4"}, {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
         {"11.0.1003.1", "STRING: \"(@\""} /* bits 2, 4 and 9 */, {"12.0.1003.1", "STRING: \" \""}},
        {{"3" + v6, "INTEGER: 3"}, {"4" + v6, "INTEGER: 7"}, {"5" + v6, "OID: .1.3.6.1"}},
        {{"1005", "STRING: \"1/5\""}, {"1000000", "STRING: \"xe-a\""},
         {"1000001", "STRING: \"xe-b\""}},
-       {}},
+       {},
+       {{basePort + "5", "INTEGER: 1005"}, {basePort + "77", "INTEGER: 1000001"}}},
+      // xe-b keeps its bridge port across the restart; xe-new takes the next.
       {scenario("changed.json", {"xe-new", "xe-b"}, ""), {}, {}, {},
-       {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}}, {}},
+       {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}}, {},
+       {{basePort + "77", "INTEGER: 1000001"}, {basePort + "78", "INTEGER: 1000002"}}},
       // Every listed interface of a type counts; an inconsistent one is served
       // empty; a neighbour with a truncated chassis id has an empty name.
       {"inconsistent.json",
@@ -422,7 +453,8 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
         "Missing Ethernet Counters with Name: 1/5 for Interface Name: eth-no-counters",
         "Missing Ethernet Stats with Name: 1/6 for Interface Name: eth-no-rates",
         "Inconsistent Number of Ethernet (2/3) for Interface Name: prs-three",
-        "Inconsistent Number of Ethernet (6/7) for Interface Name: lag-seven"}},
+        "Inconsistent Number of Ethernet (6/7) for Interface Name: lag-seven"},
+       {}},
   };
   // clang-format on
   for (const auto& c : cases) {
@@ -451,8 +483,11 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       EXPECT_THAT(log, testing::Not(HasSubstr("Error: ")));
     }
     for (const auto& warning : c.warnings) EXPECT_THAT(log, HasSubstr(warning));
+    for (const auto& [id, value] : c.standard) EXPECT_EQ(setup.Master().Get(id), value) << id;
     EXPECT_TRUE(setup.Daemon().IsRunning());
   }
+  // The inconsistent scenario's only PTP domain has an unknown clock mode: no row.
+  EXPECT_EQ(Walk(ptp.substr(0, ptp.size() - 1)), Map{});
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.7.1.3.1001"), "STRING: \"1/1\"");

@@ -49,8 +49,8 @@ struct Switch {
   }
   Switch& Ptp(std::int32_t domain, Dto::PTPClockMode mode, std::vector<std::string> ports,
               std::vector<std::string> slaves, Dto::PTPPacketType type = Dto::PTPPacketType::UDP) {
-    model.ptpDomains.push_back({domain, type, mode, Dto::PTPProfile::SMPTE_2059, std::move(ports),
-                                std::move(slaves)});
+    model.ptpDomains.push_back(
+        {domain, type, mode, Dto::PTPProfile::SMPTE_2059, std::move(ports), std::move(slaves)});
     return *this;
   }
 };
@@ -88,19 +88,22 @@ std::string Cell(const netsnmp_variable_list& var, bool binary) {
 std::map<std::string, Rows> Walk() {
   namespace Mib = Standard::Mib;
   const std::vector<const Standard::MibObject*> binary = {
-      &Mib::entPhysicalMfgDate, &Mib::dot1qVlanCurrentEgressPorts, &Mib::dot1qVlanCurrentUntaggedPorts,
-      &Mib::dot1qVlanStaticEgressPorts, &Mib::dot1qVlanStaticUntaggedPorts};
+      &Mib::entPhysicalMfgDate, &Mib::dot1qVlanCurrentEgressPorts,
+      &Mib::dot1qVlanCurrentUntaggedPorts, &Mib::dot1qVlanStaticEgressPorts,
+      &Mib::dot1qVlanStaticUntaggedPorts};
   const auto isBinary = [&](const Standard::View& view, unsigned column) {
     std::vector<oid> id = view.root->id;
     id.insert(id.end(), {1, column});
-    return std::any_of(binary.begin(), binary.end(), [&](const auto* object) { return object->id == id; });
+    return std::any_of(binary.begin(), binary.end(),
+                       [&](const auto* object) { return object->id == id; });
   };
   std::map<std::string, Rows> walked;
   for (const auto& view : Standard::InventoryViews()) {
     auto& rows = walked[view.name];
     for (std::size_t row = 0; row < view.table->Rows(); ++row) {
       std::string text;
-      for (const oid arc : view.table->Index(row)) text += (text.empty() ? "" : ".") + std::to_string(arc);
+      for (const oid arc : view.table->Index(row))
+        text += (text.empty() ? "" : ".") + std::to_string(arc);
       for (unsigned column = view.firstColumn; column <= view.lastColumn; ++column) {
         netsnmp_variable_list var{};
         if (!view.table->Answer(row, column, &var)) continue;
@@ -152,16 +155,25 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
   };
   EXPECT_EQ(walked["entPhysicalTable"],
             (Rows{"1 2=s:OrvoVia Switch; SIM-0001; 4.1.0 3=o:0.0 4=i:0 5=i:3 6=i:-1 "
-                  "7=s:orvo-sim-small" + unknown + "10=s:4.1.0 11=s:SIM-0001 12=s:OrvoVia Switch "
-                  "13=s:OrvoVia Switch" + tail,
+                  "7=s:orvo-sim-small" +
+                      unknown +
+                      "10=s:4.1.0 11=s:SIM-0001 12=s:OrvoVia Switch "
+                      "13=s:OrvoVia Switch" +
+                      tail,
                   port("1001", "1000001001", "1", "1/1"), port("1002", "1", "1002", "1/2"),
                   port("2001", "1", "2001", "2/1"), port("2002", "1", "2002", "2/2"),
                   port("3001", "1", "3001", "3/1"), port("3002", "1", "3002", "3/2"),
                   port("3003", "1", "3003", "3/3"),
                   "1000001001 2=s:Hardware port of 4 sub-ports 3=o:0.0 4=i:1 5=i:5 6=i:1001 "
-                  "7=s:1/1 hardware port" + unknown + "10=s: 11=s: 12=s: 13=s:" + tail}));
-  Rows aliases, contains{"1.1002 1=i:1002", "1.2001 1=i:2001", "1.2002 1=i:2002", "1.3001 1=i:3001",
-                         "1.3002 1=i:3002", "1.3003 1=i:3003", "1.1000001001 1=i:1000001001",
+                  "7=s:1/1 hardware port" +
+                      unknown + "10=s: 11=s: 12=s: 13=s:" + tail}));
+  Rows aliases, contains{"1.1002 1=i:1002",
+                         "1.2001 1=i:2001",
+                         "1.2002 1=i:2002",
+                         "1.3001 1=i:3001",
+                         "1.3002 1=i:3002",
+                         "1.3003 1=i:3003",
+                         "1.1000001001 1=i:1000001001",
                          "1000001001.1001 1=i:1001"};
   for (const char* n : {"1001", "1002", "2001", "2002", "3001", "3002", "3003"}) {
     aliases.push_back(std::string(n) + ".0 2=o:1.3.6.1.2.1.2.2.1.1." + n);
@@ -174,12 +186,14 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
   EXPECT_EQ(walked["dot1dBaseNumPorts"], Rows{"0 2=i:4"});
   EXPECT_EQ(walked["dot1dBasePortTable"], (Rows{"1 1=i:1 2=i:1001", "2 1=i:2 2=i:1002",
                                                 "3 1=i:3 2=i:100001", "4 1=i:4 2=i:200001"}));
-  EXPECT_EQ(walked["dot1qPortVlanTable"], (Rows{"1 1=u:100", "2 1=u:200", "3 1=u:400", "4 1=u:300"}));
+  EXPECT_EQ(walked["dot1qPortVlanTable"],
+            (Rows{"1 1=u:100", "2 1=u:200", "3 1=u:400", "4 1=u:300"}));
   EXPECT_EQ(walked["dot1qBase"], Rows{"0 1=i:1 2=i:4094 4=u:7"});
-  EXPECT_EQ(walked["dot1qVlanCurrentTable"],
-            (Rows{"0.10 4=x:20 5=x:00 6=i:2", "0.20 4=x:20 5=x:00 6=i:2", "0.100 4=x:80 5=x:80 6=i:2",
-                  "0.110 4=x:80 5=x:00 6=i:2", "0.200 4=x:40 5=x:40 6=i:2",
-                  "0.300 4=x:10 5=x:10 6=i:2", "0.400 4=x:20 5=x:20 6=i:2"}));
+  EXPECT_EQ(
+      walked["dot1qVlanCurrentTable"],
+      (Rows{"0.10 4=x:20 5=x:00 6=i:2", "0.20 4=x:20 5=x:00 6=i:2", "0.100 4=x:80 5=x:80 6=i:2",
+            "0.110 4=x:80 5=x:00 6=i:2", "0.200 4=x:40 5=x:40 6=i:2", "0.300 4=x:10 5=x:10 6=i:2",
+            "0.400 4=x:20 5=x:20 6=i:2"}));
   EXPECT_EQ(walked["dot1qVlanStaticTable"][2], "100 2=x:80 4=x:80 5=i:1");
 
   // One boundary clock (type 2, instance 1) of two ports, 1/1 its slave.
@@ -188,7 +202,8 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
   EXPECT_EQ(walked["ptpbaseSystemProfile"], Rows{"0 3=i:3"});
   EXPECT_EQ(walked["ptpbaseClockDefaultDSTable"], Rows{"0.2.1 8=i:2"});
   EXPECT_EQ(walked["ptpbaseClockTransDefaultDSTable"], Rows{});
-  EXPECT_EQ(walked["ptpbaseClockPortTable"], (Rows{"0.2.1.1 5=s:1/1 6=i:2", "0.2.1.2 5=s:2/1 6=i:1"}));
+  EXPECT_EQ(walked["ptpbaseClockPortTable"],
+            (Rows{"0.2.1.1 5=s:1/1 6=i:2", "0.2.1.2 5=s:2/1 6=i:1"}));
   EXPECT_EQ(walked["ptpbaseClockPortRunningTable"],
             (Rows{"0.2.1.1 5=s:1/1 7=i:2 8=i:1001 9=o:1.3.6.1.2.1.241.1.2.12.1",
                   "0.2.1.2 5=s:2/1 7=i:1 8=i:2001 9=o:1.3.6.1.2.1.241.1.2.12.1"}));
@@ -196,8 +211,8 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
 
 // The full-capacity shape (48 Ethernet ports each the first of four
 // sub-ports, 24 PRS pairs, 3 LAGs of 6, five PTP domains of every clock mode)
-// and the inconsistent scenario's PTP domains: numbers beyond 0-255 and
-// unknown modes give no row.
+// and the inconsistent scenario's PTP domains: numbers beyond 0-255, unknown
+// modes and packet types not known to run give no row.
 TEST_F(InventoryViewsTest, FullCapacityCountsAndInconsistentDomainsGiveNoRows) {
   Switch full;
   // 4/1 has one sub-port after it; 4/3 is one too many, in the chassis.
@@ -220,27 +235,35 @@ TEST_F(InventoryViewsTest, FullCapacityCountsAndInconsistentDomainsGiveNoRows) {
   full.Ptp(0, Mode::Boundary, {"1/1", "1/2"}, {"1/1"})
       .Ptp(1, Mode::Transparent, {"1/5", "1/6", "1/7"}, {"1/5"}, Dto::PTPPacketType::IEEE)
       .Ptp(2, Mode::Master, {"1/9"}, {})
-      .Ptp(3, Mode::Slave, {"1/13", "9/99"}, {"1/13"}, Dto::PTPPacketType::Disabled)
+      .Ptp(3, Mode::Slave, {"1/13", "9/99"}, {"1/13"})
       .Ptp(4, Mode::Boundary, {"1/17"}, {"1/17"})
       .Ptp(0, Mode::Boundary, {"1/18"}, {})
       .Ptp(127, static_cast<Mode>(7), {"9/99"}, {})
       .Ptp(256, Mode::Slave, {"1/20"}, {"1/20"})
-      .Ptp(-1, Mode::Master, {"1/21"}, {});
+      .Ptp(-1, Mode::Master, {"1/21"}, {})
+      .Ptp(5, Mode::Boundary, {"1/22"}, {}, Dto::PTPPacketType::Disabled)
+      .Ptp(6, Mode::Transparent, {"1/23"}, {}, Dto::PTPPacketType::Unknown);
   auto walked = Project(full);
-  const std::map<std::string, std::size_t> counts = {
-      {"entPhysicalTable", 1 + 49 + 117}, {"entAliasMappingTable", 114},
-      {"entPhysicalContainsTable", 49 + 117}, {"dot1dBasePortTable", 48 + 24 + 3},
-      {"dot1qPortVlanTable", 75}, {"dot1qVlanCurrentTable", 50}, {"ptpbaseClockPortTable", 10}};
+  const std::map<std::string, std::size_t> counts = {{"entPhysicalTable", 1 + 49 + 117},
+                                                     {"entAliasMappingTable", 114},
+                                                     {"entPhysicalContainsTable", 49 + 117},
+                                                     {"dot1dBasePortTable", 48 + 24 + 3},
+                                                     {"dot1qPortVlanTable", 75},
+                                                     {"dot1qVlanCurrentTable", 50},
+                                                     {"ptpbaseClockPortTable", 10}};
   for (const auto& [name, count] : counts) EXPECT_EQ(walked[name].size(), count) << name;
   EXPECT_EQ(walked["dot1qBase"], Rows{"0 1=i:1 2=i:4094 4=u:50"});
   const auto& physical = walked["entPhysicalTable"];
-  for (const auto& [row, contained] : std::map<std::size_t, std::string>{
-           {115, "4001 4=i:1000004001 5=i:10 6=i:1"}, {116, "4002 4=i:1000004001 5=i:10 6=i:2"},
-           {117, "4003 4=i:1 5=i:10 6=i:4003"}}) {
-    EXPECT_EQ(physical[row].substr(0, 4) + physical[row].substr(physical[row].find(" 4=")).substr(0, contained.size() - 4),
+  for (const auto& [row, contained] :
+       std::map<std::size_t, std::string>{{115, "4001 4=i:1000004001 5=i:10 6=i:1"},
+                                          {116, "4002 4=i:1000004001 5=i:10 6=i:2"},
+                                          {117, "4003 4=i:1 5=i:10 6=i:4003"}}) {
+    EXPECT_EQ(physical[row].substr(0, 4) +
+                  physical[row].substr(physical[row].find(" 4=")).substr(0, contained.size() - 4),
               contained);
   }
-  // Bridge ports 49-51 are the LAGs, without VLAN id or dot1qPvid; VLAN 300 on the PRS pairs, 52-75.
+  // Bridge ports 49-51 are the LAGs, without VLAN id or dot1qPvid; VLAN 300 on the PRS pairs,
+  // 52-75.
   EXPECT_EQ(walked["dot1qPortVlanTable"][48], "49");
   EXPECT_EQ(walked["dot1qPortVlanTable"].back(), "75 1=u:300");
   EXPECT_EQ(walked["dot1qVlanCurrentTable"].back(),
@@ -253,14 +276,18 @@ TEST_F(InventoryViewsTest, FullCapacityCountsAndInconsistentDomainsGiveNoRows) {
   EXPECT_EQ(walked["ptpbaseClockTransDefaultDSTable"], Rows{"1.1 4=c:3"});
   EXPECT_EQ(walked["ptpbaseClockPortRunningTable"][3],
             "1.3.1.1 5=s:1/5 7=i:2 8=i:1005 9=o:1.3.6.1.2.1.241.1.2.12.3");
-  EXPECT_EQ(walked["ptpbaseClockPortRunningTable"][8], "3.1.1.2 5=s:9/99 7=i:1 8=i:0");
+  EXPECT_EQ(walked["ptpbaseClockPortRunningTable"][8],
+            "3.1.1.2 5=s:9/99 7=i:1 8=i:0 9=o:1.3.6.1.2.1.241.1.2.12.1");
 
   // Nothing the MIB can express: no clock, no profile.
   Switch inconsistent;
-  inconsistent.Ports(1, 1, 1).Ptp(127, static_cast<Mode>(7), {"9/99"}, {}).Ptp(300, Mode::Slave, {"1/1"}, {});
+  inconsistent.Ports(1, 1, 1)
+      .Ptp(127, Mode::Transparent, {"9/99"}, {}, Dto::PTPPacketType::Unknown)
+      .Ptp(300, Mode::Slave, {"1/1"}, {});
   walked = Project(inconsistent);
-  for (const char* name : {"ptpbaseSystemTable", "ptpbaseSystemDomainTable", "ptpbaseClockPortTable",
-                           "ptpbaseClockPortRunningTable", "ptpbaseClockDefaultDSTable"}) {
+  for (const char* name :
+       {"ptpbaseSystemTable", "ptpbaseSystemDomainTable", "ptpbaseClockPortTable",
+        "ptpbaseClockPortRunningTable", "ptpbaseClockDefaultDSTable"}) {
     EXPECT_EQ(walked[name], Rows{}) << name;
   }
   EXPECT_EQ(walked["ptpbaseSystemProfile"], Rows{"0"});
@@ -280,14 +307,15 @@ TEST_F(InventoryViewsTest, NumbersSurvivePortsComingAndGoingAndRestarts) {
   }
   const auto numbers = [](const std::map<std::string, Rows>& walked) {
     Rows found = walked.at("dot1dBasePortTable");
-    for (const auto& row : walked.at("entPhysicalTable")) found.push_back(row.substr(0, row.find(' ')));
+    for (const auto& row : walked.at("entPhysicalTable"))
+      found.push_back(row.substr(0, row.find(' ')));
     return found;
   };
-  EXPECT_EQ(numbers(Project(before)),
-            (Rows{"1 1=i:1 2=i:1001", "2 1=i:2 2=i:1002", "3 1=i:3 2=i:1003", "1", "1001", "1002", "1003"}));
+  EXPECT_EQ(numbers(Project(before)), (Rows{"1 1=i:1 2=i:1001", "2 1=i:2 2=i:1002",
+                                            "3 1=i:3 2=i:1003", "1", "1001", "1002", "1003"}));
   auto walked = Project(after);
-  EXPECT_EQ(numbers(walked),
-            (Rows{"2 1=i:2 2=i:1002", "3 1=i:3 2=i:1003", "4 1=i:4 2=i:1004", "1", "1002", "1003", "1004"}));
+  EXPECT_EQ(numbers(walked), (Rows{"2 1=i:2 2=i:1002", "3 1=i:3 2=i:1003", "4 1=i:4 2=i:1004", "1",
+                                   "1002", "1003", "1004"}));
   EXPECT_EQ(walked["entLastChangeTime"], Rows{"0 1=t:>0"});
   Standard::UseBridgePortFile(dir.File("bridge-ports.conf"));
   Switch again;

@@ -47,7 +47,9 @@ std::map<std::string, Object> Compiled(const std::vector<std::string>& modules) 
   return objects;
 }
 
-std::string Parent(const std::string& id) { return id.substr(0, id.rfind(", ")); }
+std::string Parent(const std::string& id) {
+  return id.substr(0, id.rfind(", "));
+}
 
 TEST(StandardObjectsTest, EntityAndBridgeObjectsMatchTheCompiledModules) {
   const auto compiled = Compiled({"ENTITY-MIB", "BRIDGE-MIB", "Q-BRIDGE-MIB"});

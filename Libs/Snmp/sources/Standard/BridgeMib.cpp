@@ -67,14 +67,17 @@ ProjectedTable<VlanRow> staticTable({
     Field<VlanRow, Mib::dot1qVlanStaticUntaggedPorts, &VlanRow::untagged>(),
     Fixed<VlanRow, Mib::dot1qVlanStaticRowStatus, kActive>(),
 });
-ProjectedTable<ScalarRow> baseGroup({Field<ScalarRow, Mib::dot1dBaseNumPorts, &ScalarRow::count>()});
+ProjectedTable<ScalarRow> baseGroup(
+    {Field<ScalarRow, Mib::dot1dBaseNumPorts, &ScalarRow::count>()});
 ProjectedTable<ScalarRow> qBaseGroup({
     Fixed<ScalarRow, Mib::dot1qVlanVersionNumber, kVersion1>(),
     Fixed<ScalarRow, Mib::dot1qMaxVlanId, kMaxVlanId>(),
     Field<ScalarRow, Mib::dot1qNumVlans, &ScalarRow::count>(),
 });
 
-bool ValidVlan(long vlan) { return vlan >= 1 && vlan <= kMaxVlanId; }
+bool ValidVlan(long vlan) {
+  return vlan >= 1 && vlan <= kMaxVlanId;
+}
 
 // A PortList: one bit per bridge port, port 1 the first octet's high bit.
 void SetBit(std::string& list, long port) {

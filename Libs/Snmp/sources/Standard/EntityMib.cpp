@@ -81,7 +81,8 @@ ProjectedTable<PhysicalRow> physicalTable({
      }},
     Empty<PhysicalRow, Mib::entPhysicalUris>(),
 });
-ProjectedTable<AliasRow> aliasTable({Field<AliasRow, Mib::entAliasMappingIdentifier, &AliasRow::target>()});
+ProjectedTable<AliasRow> aliasTable(
+    {Field<AliasRow, Mib::entAliasMappingIdentifier, &AliasRow::target>()});
 ProjectedTable<ContainsRow> containsTable(
     {Field<ContainsRow, Mib::entPhysicalChildIndex, &ContainsRow::child>()});
 ProjectedTable<ScalarRow> lastChangeGroup(
@@ -142,8 +143,7 @@ PhysicalRow Chassis(const Model::LldpLocal& local) {
 
 template <typename Row>
 bool SameRows(std::vector<Row> rows, const std::vector<Row>& served) {
-  std::sort(rows.begin(), rows.end(),
-            [](const Row& a, const Row& b) { return a.index < b.index; });
+  std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.index < b.index; });
   return std::equal(rows.begin(), rows.end(), served.begin(), served.end(),
                     [](const Row& a, const Row& b) { return a.Key() == b.Key(); });
 }
@@ -157,8 +157,8 @@ void ProjectEntity(const ProjectionContext& context) {
   std::vector<ContainsRow> contains;
   const auto add = [&](PhysicalRow row) {
     if (row.containedIn != 0) {
-      contains.push_back({{static_cast<oid>(row.containedIn), row.index[0]},
-                          static_cast<long>(row.index[0])});
+      contains.push_back(
+          {{static_cast<oid>(row.containedIn), row.index[0]}, static_cast<long>(row.index[0])});
     }
     physical.push_back(std::move(row));
   };
@@ -225,8 +225,8 @@ void ProjectEntity(const ProjectionContext& context) {
 }
 
 std::vector<View> EntityViews() {
-  return {{"entPhysicalTable", &Mib::entPhysicalTable, &physicalTable,
-           physicalTable.FirstColumn(), physicalTable.LastColumn(), false},
+  return {{"entPhysicalTable", &Mib::entPhysicalTable, &physicalTable, physicalTable.FirstColumn(),
+           physicalTable.LastColumn(), false},
           {"entAliasMappingTable", &Mib::entAliasMappingTable, &aliasTable,
            aliasTable.FirstColumn(), aliasTable.LastColumn(), false},
           {"entPhysicalContainsTable", &Mib::entPhysicalContainsTable, &containsTable,

@@ -11,7 +11,8 @@ const std::vector<View>& InventoryViews() {
     AddProjector(ProjectBridge);
     AddProjector(ProjectPtpBase);
     std::vector<View> all = EntityViews();
-    for (auto&& more : {BridgeViews(), PtpBaseViews()}) all.insert(all.end(), more.begin(), more.end());
+    for (auto&& more : {BridgeViews(), PtpBaseViews()})
+      all.insert(all.end(), more.begin(), more.end());
     return all;
   }();
   return views;
@@ -37,8 +38,14 @@ void RegisterUnder(const std::vector<oid>& subtree) {
 
 }  // namespace
 
-void init_entityMib() { RegisterUnder({1, 3, 6, 1, 2, 1, 47}); }
-void init_bridgeMib() { RegisterUnder({1, 3, 6, 1, 2, 1, 17}); }
-void init_ptpBaseMib() { RegisterUnder({1, 3, 6, 1, 2, 1, 241}); }
+void init_entityMib() {
+  RegisterUnder({1, 3, 6, 1, 2, 1, 47});
+}
+void init_bridgeMib() {
+  RegisterUnder({1, 3, 6, 1, 2, 1, 17});
+}
+void init_ptpBaseMib() {
+  RegisterUnder({1, 3, 6, 1, 2, 1, 241});
+}
 
 }  // namespace Arq::Snmp

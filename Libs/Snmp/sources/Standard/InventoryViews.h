@@ -21,7 +21,8 @@ Column<Row> Field() {
 // A column with one value for every row: a number, or a zero-length string.
 template <typename Row, const MibObject& object, long value>
 Column<Row> Fixed() {
-  return {object.Arc(), [](const Row&, netsnmp_variable_list* var) { return Put(var, object, value); }};
+  return {object.Arc(),
+          [](const Row&, netsnmp_variable_list* var) { return Put(var, object, value); }};
 }
 template <typename Row, const MibObject& object>
 Column<Row> Empty() {

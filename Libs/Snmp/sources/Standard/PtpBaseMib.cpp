@@ -1,6 +1,6 @@
 // PTPBASE-MIB: one clock per PTP domain the switch reports, with its ports
-// and their roles. A domain whose number or clock mode the MIB cannot
-// express gives no row anywhere.
+// and their roles. A domain whose number, clock mode or packet type the MIB
+// cannot express gives no row anywhere.
 #include <algorithm>
 #include <map>
 #include <set>
@@ -30,7 +30,7 @@ struct PortRow {
   std::string name;
   long role = kMaster;
   long ifIndex = 0;
-  std::optional<std::vector<oid>> transport;
+  std::vector<oid> transport;
 };
 
 struct ScalarRow {
@@ -38,7 +38,8 @@ struct ScalarRow {
   std::optional<long> profile;
 };
 
-ProjectedTable<ClockRow> systemTable({Field<ClockRow, Mib::ptpDomainClockPortsTotal, &ClockRow::count>()});
+ProjectedTable<ClockRow> systemTable(
+    {Field<ClockRow, Mib::ptpDomainClockPortsTotal, &ClockRow::count>()});
 ProjectedTable<ClockRow> systemDomainTable(
     {Field<ClockRow, Mib::ptpbaseSystemDomainTotals, &ClockRow::count>()});
 ProjectedTable<ScalarRow> profileGroup(
@@ -108,12 +109,16 @@ void ProjectPtpBase(const ProjectionContext& context) {
   }
   std::vector<ClockRow> system, defaults, transparent, domainTotals;
   std::vector<PortRow> ports;
-  std::map<long, int> instances;                  // clocks so far, by domain
-  std::map<long, std::set<long>> domainsOfType;   // by clock type
+  std::map<long, int> instances;                 // clocks so far, by domain
+  std::map<long, std::set<long>> domainsOfType;  // by clock type
   std::set<std::optional<long>> profiles;
   for (const auto& domain : context.model.ptpDomains) {
+    // The switch interface's unknown clock modes arrive as 0 (transparent),
+    // as every unknown enumerator does: a domain whose packet type is not
+    // known to run (IEEE 802.3 or UDP) is no clock to serve either.
     const auto type = TypeOf(domain.clockMode);
-    if (domain.domain < 0 || domain.domain > kMaxDomain || !type) continue;
+    const auto transport = TransportOf(domain.packetType);
+    if (domain.domain < 0 || domain.domain > kMaxDomain || !type || !transport) continue;
     const auto number = static_cast<oid>(domain.domain);
     const auto instance = static_cast<oid>(++instances[domain.domain]);
     domainsOfType[*type].insert(domain.domain);
@@ -128,7 +133,7 @@ void ProjectPtpBase(const ProjectionContext& context) {
                        Truncate(name, kMaxPortName),
                        slave ? kSlave : kMaster,
                        found == served.end() ? 0 : found->second,
-                       TransportOf(domain.packetType)});
+                       *transport});
     }
     const auto count = static_cast<long>(listed.size());
     system.push_back({{number, instance}, count, kFalse});
@@ -136,7 +141,8 @@ void ProjectPtpBase(const ProjectionContext& context) {
       transparent.push_back({{number, instance}, count, kFalse});
     } else {
       const bool slaveOnly = domain.clockMode == Dto::PTPClockMode::Slave;
-      defaults.push_back({{number, static_cast<oid>(*type), instance}, 0, slaveOnly ? kTrue : kFalse});
+      defaults.push_back(
+          {{number, static_cast<oid>(*type), instance}, 0, slaveOnly ? kTrue : kFalse});
     }
   }
   for (const auto& [type, domains] : domainsOfType) {
@@ -164,8 +170,8 @@ std::vector<View> PtpBaseViews() {
            defaultTable.FirstColumn(), defaultTable.LastColumn(), false},
           {"ptpbaseClockTransDefaultDSTable", &Mib::ptpbaseClockTransDefaultDSTable,
            &transparentTable, transparentTable.FirstColumn(), transparentTable.LastColumn(), false},
-          {"ptpbaseClockPortTable", &Mib::ptpbaseClockPortTable, &portTable, portTable.FirstColumn(),
-           portTable.LastColumn(), false},
+          {"ptpbaseClockPortTable", &Mib::ptpbaseClockPortTable, &portTable,
+           portTable.FirstColumn(), portTable.LastColumn(), false},
           {"ptpbaseClockPortRunningTable", &Mib::ptpbaseClockPortRunningTable, &runningTable,
            runningTable.FirstColumn(), runningTable.LastColumn(), false}};
 }
