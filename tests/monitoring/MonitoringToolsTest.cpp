@@ -88,7 +88,7 @@ class MonitoringToolsTest : public testing::Test {
   std::unique_ptr<ChildProcess> simulator;
 };
 
-TEST_F(MonitoringToolsTest, ExporterReadsBothShippedModulesExactlyAndNoRowWithoutData) {
+TEST_F(MonitoringToolsTest, ExporterReadsEveryShippedModuleExactlyAndNoRowWithoutData) {
   StartDaemonWithoutSwitch();
   const ChildProcess exporter({"prometheus-snmp-exporter", "--config.file=" ARQ_SNMP_YML,
                                "--web.listen-address=127.0.0.1:" + std::to_string(webPort)},
@@ -107,6 +107,10 @@ TEST_F(MonitoringToolsTest, ExporterReadsBothShippedModulesExactlyAndNoRowWithou
   for (const auto& sample : unreachable.samples)
     EXPECT_FALSE(std::regex_match(sample.first, row)) << sample.first;
   EXPECT_EQ(ScrapeExporter("if_mib").At("ifNumber"), 0);
+  const auto empty = ScrapeExporter("orvovia_inventory");
+  for (const char* name : {"entPhysicalModelName", "dot1qPvid", "ptpbaseClockPortRunningRole"}) {
+    EXPECT_EQ(empty.Rows(name), 0u) << name;
+  }
 
   StartSwitch();
   // A pause in the collections, so that a scrape reads one collection.
@@ -178,6 +182,20 @@ TEST_F(MonitoringToolsTest, ExporterReadsBothShippedModulesExactlyAndNoRowWithou
       {R"(arqSwitchOrvoViaCollectorCallOutcome{arqSwitchOrvoViaCollectorCallIndex="10",arqSwitchOrvoViaCollectorCallName="Config:GetCurrentConfig",arqSwitchOrvoViaCollectorCallOutcome="ok"})",
        1}};
   for (const auto& [series, value] : expected) EXPECT_EQ(orvovia.At(series), value) << series;
+  // The standard MIBs' module: the chassis, bridge port 1 (1/1), 1/1 a PTP slave.
+  const auto inventory = ScrapeExporter("orvovia_inventory");
+  EXPECT_EQ(
+      inventory.At(
+          R"(entPhysicalModelName{entPhysicalIndex="1",entPhysicalModelName="OrvoVia Switch",entPhysicalName="orvo-sim-full",entPhysicalSerialNum="SIM-0048",entPhysicalSoftwareRev="4.1.0"})"),
+      1);
+  EXPECT_EQ(inventory.At(R"(dot1qPvid{dot1dBasePort="1",ifIndex="1001"})"), 101);
+  EXPECT_EQ(
+      inventory.At(
+          R"(ptpbaseClockPortRunningRole{ifIndex="1001",ptpbaseClockPortRunningClockInstanceIndex="1",ptpbaseClockPortRunningClockTypeIndex="2",ptpbaseClockPortRunningDomainIndex="0",ptpbaseClockPortRunningName="1/1",ptpbaseClockPortRunningPortNumberIndex="1"})"),
+      2);
+  EXPECT_EQ(inventory.Rows("entPhysicalModelName"), 1u);
+  EXPECT_EQ(inventory.Rows("dot1qPvid"), 75u);
+  EXPECT_EQ(inventory.Rows("ptpbaseClockPortRunningRole"), 20u);
   for (const auto& [name, rows] : std::vector<std::pair<std::string, std::size_t>>{
            {"arqSwitchOrvoViaPtpClockMode", 5},
            {"arqSwitchOrvoViaPrsStatus", 24},
@@ -260,6 +278,8 @@ TEST_F(MonitoringToolsTest, CollectdWritesEveryInterfaceWithItsRatesAndNoEmptyIn
         "PTP:GetConfig", "Config:GetCurrentConfig"}) {
     expected.insert(std::string("derive-call_failures-") + call);
   }
+  expect("", 1, 75, "gauge-pvid-");
+  expect("1_", 1, 20, "gauge-ptp_port_role-");
   expected.insert({"gauge-collector_state", "gauge-collector_consecutive_failures",
                    "derive-collector_collections", "gauge-config_state"});
   EXPECT_EQ(instances, expected);
