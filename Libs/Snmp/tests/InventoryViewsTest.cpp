@@ -229,9 +229,11 @@ TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
                         "4002 in 1000004001 class 10 at 2", "4003 in 1 class 10 at 4003",
                         "1000004001 in 1 class 5 at 4001"}));
   EXPECT_EQ(walked["entAliasMappingTable"], Rows{});  // no interface: IF-MIB serves none
-  EXPECT_EQ(walked["ptpbaseSystemTable"], (Rows{"0.1 3=u:2", "0.2 3=u:1", "1.1 3=u:3", "3.1 3=u:1"}));
+  EXPECT_EQ(walked["ptpbaseSystemTable"],
+            (Rows{"0.1 3=u:2", "0.2 3=u:1", "1.1 3=u:3", "3.1 3=u:1"}));
   EXPECT_EQ(walked["ptpbaseSystemDomainTable"], (Rows{"1 2=u:2", "2 2=u:1", "3 2=u:1"}));
-  EXPECT_EQ(walked["ptpbaseClockDefaultDSTable"], (Rows{"0.1.2 8=i:2", "0.2.1 8=i:2", "3.1.1 8=i:1"}));
+  EXPECT_EQ(walked["ptpbaseClockDefaultDSTable"],
+            (Rows{"0.1.2 8=i:2", "0.2.1 8=i:2", "3.1.1 8=i:1"}));
   EXPECT_EQ(walked["ptpbaseClockTransDefaultDSTable"], Rows{"1.1 4=c:3"});
   EXPECT_EQ(walked["ptpbaseClockPortRunningTable"],
             (Rows{"0.1.2.1 5=s:1/18 7=i:1 8=i:0 9=o:1.3.6.1.2.1.241.1.2.12.1",
@@ -244,7 +246,8 @@ TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
   EXPECT_EQ(walked["ptpbaseClockPortTable"].size(), 7u);
 
   Switch none;
-  none.Ptp(300, Mode::Slave, {"1/1"}, {}).Ptp(127, Mode::Transparent, {"9/99"}, {}, Dto::PTPPacketType::Unknown);
+  none.Ptp(300, Mode::Slave, {"1/1"}, {})
+      .Ptp(127, Mode::Transparent, {"9/99"}, {}, Dto::PTPPacketType::Unknown);
   walked = Project(none);
   for (const auto& view : Standard::PtpBaseViews()) {
     EXPECT_EQ(walked[view.name], view.group ? Rows{"0"} : Rows{}) << view.name;
