@@ -147,18 +147,12 @@ void ProjectBridge(const ProjectionContext& context) {
 }
 
 std::vector<View> BridgeViews() {
-  return {{"dot1dBaseNumPorts", &Mib::dot1dBaseNumPorts, &baseGroup, Mib::dot1dBaseNumPorts.Arc(),
-           Mib::dot1dBaseNumPorts.Arc(), true},
-          {"dot1dBasePortTable", &Mib::dot1dBasePortTable, &basePortTable,
-           basePortTable.FirstColumn(), basePortTable.LastColumn(), false},
-          {"dot1qBase", &Mib::dot1qVlanVersionNumber, &qBaseGroup,
-           Mib::dot1qVlanVersionNumber.Arc(), Mib::dot1qNumVlans.Arc(), true},
-          {"dot1qVlanCurrentTable", &Mib::dot1qVlanCurrentTable, &currentTable,
-           currentTable.FirstColumn(), currentTable.LastColumn(), false},
-          {"dot1qVlanStaticTable", &Mib::dot1qVlanStaticTable, &staticTable,
-           staticTable.FirstColumn(), staticTable.LastColumn(), false},
-          {"dot1qPortVlanTable", &Mib::dot1qPortVlanTable, &portVlanTable,
-           portVlanTable.FirstColumn(), portVlanTable.LastColumn(), false}};
+  return {GroupView("dot1dBaseNumPorts", Mib::dot1dBaseNumPorts, Mib::dot1dBaseNumPorts, baseGroup),
+          TableView("dot1dBasePortTable", Mib::dot1dBasePortTable, basePortTable),
+          GroupView("dot1qBase", Mib::dot1qVlanVersionNumber, Mib::dot1qNumVlans, qBaseGroup),
+          TableView("dot1qVlanCurrentTable", Mib::dot1qVlanCurrentTable, currentTable),
+          TableView("dot1qVlanStaticTable", Mib::dot1qVlanStaticTable, staticTable),
+          TableView("dot1qPortVlanTable", Mib::dot1qPortVlanTable, portVlanTable)};
 }
 
 }  // namespace Arq::Snmp::Standard

@@ -225,14 +225,11 @@ void ProjectEntity(const ProjectionContext& context) {
 }
 
 std::vector<View> EntityViews() {
-  return {{"entPhysicalTable", &Mib::entPhysicalTable, &physicalTable, physicalTable.FirstColumn(),
-           physicalTable.LastColumn(), false},
-          {"entAliasMappingTable", &Mib::entAliasMappingTable, &aliasTable,
-           aliasTable.FirstColumn(), aliasTable.LastColumn(), false},
-          {"entPhysicalContainsTable", &Mib::entPhysicalContainsTable, &containsTable,
-           containsTable.FirstColumn(), containsTable.LastColumn(), false},
-          {"entLastChangeTime", &Mib::entLastChangeTime, &lastChangeGroup,
-           Mib::entLastChangeTime.Arc(), Mib::entLastChangeTime.Arc(), true}};
+  return {TableView("entPhysicalTable", Mib::entPhysicalTable, physicalTable),
+          TableView("entAliasMappingTable", Mib::entAliasMappingTable, aliasTable),
+          TableView("entPhysicalContainsTable", Mib::entPhysicalContainsTable, containsTable),
+          GroupView("entLastChangeTime", Mib::entLastChangeTime, Mib::entLastChangeTime,
+                    lastChangeGroup)};
 }
 
 }  // namespace Arq::Snmp::Standard

@@ -40,6 +40,16 @@ struct View {
   bool group;  // scalars: registered as arcs of root's parent
 };
 
+template <typename Row>
+View TableView(const char* name, const MibObject& table, ProjectedTable<Row>& rows) {
+  return {name, &table, &rows, rows.FirstColumn(), rows.LastColumn(), false};
+}
+// Scalars `first` to `last` of one group, as a table of one row indexed {0}.
+inline View GroupView(const char* name, const MibObject& first, const MibObject& last,
+                      ISortedTable& rows) {
+  return {name, &first, &rows, first.Arc(), last.Arc(), true};
+}
+
 // Adds the three views' projectors (once) and returns their tables.
 const std::vector<View>& InventoryViews();
 

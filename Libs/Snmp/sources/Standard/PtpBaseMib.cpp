@@ -160,20 +160,16 @@ void ProjectPtpBase(const ProjectionContext& context) {
 }
 
 std::vector<View> PtpBaseViews() {
-  return {{"ptpbaseSystemTable", &Mib::ptpbaseSystemTable, &systemTable, systemTable.FirstColumn(),
-           systemTable.LastColumn(), false},
-          {"ptpbaseSystemDomainTable", &Mib::ptpbaseSystemDomainTable, &systemDomainTable,
-           systemDomainTable.FirstColumn(), systemDomainTable.LastColumn(), false},
-          {"ptpbaseSystemProfile", &Mib::ptpbaseSystemProfile, &profileGroup,
-           Mib::ptpbaseSystemProfile.Arc(), Mib::ptpbaseSystemProfile.Arc(), true},
-          {"ptpbaseClockDefaultDSTable", &Mib::ptpbaseClockDefaultDSTable, &defaultTable,
-           defaultTable.FirstColumn(), defaultTable.LastColumn(), false},
-          {"ptpbaseClockTransDefaultDSTable", &Mib::ptpbaseClockTransDefaultDSTable,
-           &transparentTable, transparentTable.FirstColumn(), transparentTable.LastColumn(), false},
-          {"ptpbaseClockPortTable", &Mib::ptpbaseClockPortTable, &portTable,
-           portTable.FirstColumn(), portTable.LastColumn(), false},
-          {"ptpbaseClockPortRunningTable", &Mib::ptpbaseClockPortRunningTable, &runningTable,
-           runningTable.FirstColumn(), runningTable.LastColumn(), false}};
+  return {
+      TableView("ptpbaseSystemTable", Mib::ptpbaseSystemTable, systemTable),
+      TableView("ptpbaseSystemDomainTable", Mib::ptpbaseSystemDomainTable, systemDomainTable),
+      GroupView("ptpbaseSystemProfile", Mib::ptpbaseSystemProfile, Mib::ptpbaseSystemProfile,
+                profileGroup),
+      TableView("ptpbaseClockDefaultDSTable", Mib::ptpbaseClockDefaultDSTable, defaultTable),
+      TableView("ptpbaseClockTransDefaultDSTable", Mib::ptpbaseClockTransDefaultDSTable,
+                transparentTable),
+      TableView("ptpbaseClockPortTable", Mib::ptpbaseClockPortTable, portTable),
+      TableView("ptpbaseClockPortRunningTable", Mib::ptpbaseClockPortRunningTable, runningTable)};
 }
 
 }  // namespace Arq::Snmp::Standard
