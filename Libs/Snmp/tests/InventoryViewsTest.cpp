@@ -160,17 +160,12 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
                   "1000001001 2=s:Hardware port of 4 sub-ports 3=o:0.0 4=i:1 5=i:5 6=i:1001 "
                   "7=s:1/1 hardware port" +
                       unknown + "10=s: 11=s: 12=s: 13=s:" + tail}));
-  Rows aliases, contains{"1.1002 1=i:1002",
-                         "1.2001 1=i:2001",
-                         "1.2002 1=i:2002",
-                         "1.3001 1=i:3001",
-                         "1.3002 1=i:3002",
-                         "1.3003 1=i:3003",
-                         "1.1000001001 1=i:1000001001",
-                         "1000001001.1001 1=i:1001"};
-  for (const char* n : {"1001", "1002", "2001", "2002", "3001", "3002", "3003"}) {
-    aliases.push_back(std::string(n) + ".0 2=o:1.3.6.1.2.1.2.2.1.1." + n);
+  Rows aliases, contains;
+  for (const std::string n : {"1001", "1002", "2001", "2002", "3001", "3002", "3003"}) {
+    aliases.push_back(n + ".0 2=o:1.3.6.1.2.1.2.2.1.1." + n);
+    if (n != "1001") contains.push_back("1." + n + " 1=i:" + n);
   }
+  contains.insert(contains.end(), {"1.1000001001 1=i:1000001001", "1000001001.1001 1=i:1001"});
   EXPECT_EQ(walked["entAliasMappingTable"], aliases);
   EXPECT_EQ(walked["entPhysicalContainsTable"], contains);
   EXPECT_EQ(walked["entLastChangeTime"], Rows{"0 1=t:0"});
