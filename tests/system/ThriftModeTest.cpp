@@ -446,7 +446,7 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     Map gets;  // B.<arcs>
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
-    std::string ifIndexFile = {};  // written before the daemon starts, when set
+    std::string ifIndexFile = {};       // written before the daemon starts, when set
   };
   // clang-format off
   const Case cases[] = {
