@@ -50,7 +50,7 @@ std::optional<Model::LldpManagementAddress> ManagementAddress(const Dto::LldpInf
   if (length < 2 || length > 32 || length + 7 > value->size()) return std::nullopt;
   const std::size_t after = 1 + length;
   const std::size_t oidLength = Byte(*value, after + 5);
-  if (oidLength > 128 || after + 6 + oidLength != value->size()) return std::nullopt;
+  if (after + 6 + oidLength != value->size()) return std::nullopt;
   Model::LldpManagementAddress address;
   address.subtype = Byte(*value, 1);
   address.address = std::string(value->substr(2, length - 1));

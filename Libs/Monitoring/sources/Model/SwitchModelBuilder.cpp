@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <string_view>
+#include <unordered_map>
 
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
 #include "Arq/Monitoring/SwitchSnapshot.h"
@@ -37,6 +39,23 @@ void WarnCut(const char* what, std::size_t reported, std::size_t kept) {
            kept);
 }
 
+// Items by their name, for lookups in collections of any size.
+template <typename Item, typename Name>
+std::unordered_map<std::string_view, const Item*> ByName(const std::vector<Item>& items,
+                                                         Name name) {
+  std::unordered_map<std::string_view, const Item*> index;
+  index.reserve(items.size());
+  for (const auto& item : items) index.emplace(name(item), &item);
+  return index;
+}
+
+template <typename Index>
+auto Lookup(const Index& index, const std::string& name) -> decltype(index.begin()->second) {
+  const auto found = index.find(name);
+  return found == index.end() ? nullptr : found->second;
+}
+
+// A port's record in one interface's short list.
 template <typename Items>
 const typename Items::value_type* FindByName(const Items& items, const std::string& name) {
   const auto found = std::find_if(items.begin(), items.end(),
@@ -106,12 +125,12 @@ LinkState InterfaceLink(const Model::SwitchModel& model, const Model::Interface&
 template <typename Item>
 void TrackLinks(std::vector<Item>& items, const std::vector<Item>& before,
                 Model::Clock::time_point now) {
-  std::map<std::string, const Item*> byName;
-  for (const auto& item : before) byName.emplace(item.name, &item);
+  const auto byName =
+      ByName(before, [](const Item& item) -> std::string_view { return item.name; });
   for (auto& item : items) {
-    const auto found = byName.find(item.name);
-    if (found == byName.end()) continue;
-    item.linkChanged = found->second->link == item.link ? found->second->linkChanged : now;
+    const Item* old = Lookup(byName, item.name);
+    if (old == nullptr) continue;
+    item.linkChanged = old->link == item.link ? old->linkChanged : now;
   }
 }
 
@@ -166,11 +185,13 @@ void FillPorts(const SwitchSnapshot& s, Model::SwitchModel& model) {
   std::stable_sort(order.begin(), order.end(), [&model](std::size_t a, std::size_t b) {
     return KindOrder(model.interfaces[a].type) < KindOrder(model.interfaces[b].type);
   });
+  const auto infos =
+      ByName(s.ethInfos, [](const Dto::EthInfo& info) -> std::string_view { return info.EthName; });
   for (const std::size_t i : order) {
     Model::Interface& interface = model.interfaces[i];
     for (const std::size_t member : interface.members) {
       Model::Port& port = model.ports[member];
-      const auto* info = FindByName(s.ethInfos, port.name);
+      const auto* info = Lookup(infos, port.name);
       const auto* counters = FindListed(s.ethCounters, interface.name, port.name);
       const auto* stats = FindListed(s.ethStats, interface.name, port.name);
       interface.consistent &= info != nullptr && counters != nullptr && stats != nullptr;
@@ -203,6 +224,11 @@ void FillPorts(const SwitchSnapshot& s, Model::SwitchModel& model) {
   }
 }
 
+std::unordered_map<std::string_view, const Model::Port*> PortsByName(
+    const Model::SwitchModel& model) {
+  return ByName(model.ports, [](const Model::Port& port) -> std::string_view { return port.name; });
+}
+
 // For the data of a call that failed, each port keeps what the previous
 // model had for it: its counters frozen, its state unknown.
 void CarryFailedPortData(const SwitchSnapshot& s, const Model::SwitchModel& before,
@@ -211,8 +237,9 @@ void CarryFailedPortData(const SwitchSnapshot& s, const Model::SwitchModel& befo
   const bool counters = !s.answered[kEthCounters];
   const bool rates = !s.answered[kEthStats];
   if (!info && !counters && !rates) return;
+  const auto oldPorts = PortsByName(before);
   for (auto& port : model.ports) {
-    const Model::Port* old = before.FindPort(port.name);
+    const Model::Port* old = Lookup(oldPorts, port.name);
     if (old == nullptr) continue;
     if (info && old->hasInfo) {
       const std::string name = port.name;
@@ -256,8 +283,9 @@ void CarryFailedPortData(const SwitchSnapshot& s, const Model::SwitchModel& befo
 
 void Discontinuities(Model::SwitchModel& model, const Model::SwitchModel& before,
                      Model::Clock::time_point now) {
+  const auto oldPorts = PortsByName(before);
   for (auto& port : model.ports) {
-    const Model::Port* old = before.FindPort(port.name);
+    const Model::Port* old = Lookup(oldPorts, port.name);
     if (old == nullptr) continue;
     port.counterDiscontinuity = old->counterDiscontinuity;
     if (!port.hasCounters || !old->hasCounters) continue;
