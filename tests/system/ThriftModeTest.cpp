@@ -516,7 +516,11 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       {"ports-128.json",
        {{"1.1.0", "Counter32: 128"}, {"1.2.1.2.47", "STRING: \"eth48\""},
         {"5.1.0", "Counter32: 140"}},
-       spine, spineManagement, spineNames, {}},
+       spine, spineManagement, spineNames, {}, "",
+       // Its 80 new ports numbered after those of the switches before, 1/128 last.
+       {{"1.3.6.1.2.1.17.1.2.0", "INTEGER: 155"}, {basePort + "159", "INTEGER: 1128"},
+        {entity + "1.1.1.4.1128", "INTEGER: 1000001128"},
+        {entity + "3.2.1.2.1128.0", "OID: .1.3.6.1.2.1.2.2.1.1.1128"}}},
       // Every listed interface of a type counts; an inconsistent one is served
       // empty; a neighbour with a truncated chassis id has an empty name.
       {"inconsistent.json",
