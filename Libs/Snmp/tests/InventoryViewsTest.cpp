@@ -59,48 +59,43 @@ struct Switch {
 
 // A cell as "<type letter>:<value>": i INTEGER, u Unsigned32/Gauge32, c
 // Counter32, t TimeTicks (0 or >0), o OBJECT IDENTIFIER, s text, x octets in
-// hex (PortList, DateAndTime).
-std::string Cell(const netsnmp_variable_list& var, bool binary) {
+// hex (a PortList's one octet, a DateAndTime, anything not printable).
+std::string Cell(const netsnmp_variable_list& var) {
   const std::map<u_char, std::string> numbers = {
       {ASN_INTEGER, "i:"}, {ASN_UNSIGNED, "u:"}, {ASN_COUNTER, "c:"}};
   if (numbers.count(var.type)) return numbers.at(var.type) + std::to_string(*var.val.integer);
   if (var.type == ASN_TIMETICKS) return *var.val.integer == 0 ? "t:0" : "t:>0";
-  std::string text = var.type == ASN_OBJECT_ID ? "o:" : binary ? "x:" : "s:";
+  std::string text;
   for (std::size_t i = 0; var.type == ASN_OBJECT_ID && i < var.val_len / sizeof(oid); ++i) {
     text += (i ? "." : "") + std::to_string(var.val.objid[i]);
   }
-  for (std::size_t i = 0; var.type == ASN_OCTET_STR && i < var.val_len; ++i) {
+  if (var.type == ASN_OBJECT_ID) return "o:" + text;
+  const std::string octets(reinterpret_cast<const char*>(var.val.string), var.val_len);
+  const bool binary = octets.size() == 1 || std::any_of(octets.begin(), octets.end(), [](char c) {
+                        return c < 0x20 || c > 0x7e;
+                      });
+  for (const unsigned char c : octets) {
     char hex[3];
-    std::snprintf(hex, sizeof hex, "%02x", var.val.string[i]);
-    text += binary ? std::string(hex) : std::string(1, static_cast<char>(var.val.string[i]));
+    std::snprintf(hex, sizeof hex, "%02x", c);
+    text += binary ? hex : std::string(1, static_cast<char>(c));
   }
-  return text;
+  return (binary ? "x:" : "s:") + text;
 }
 
 // Every view's rows as "<index> <column>=<cell> ...", by view name.
 std::map<std::string, Rows> Walk() {
-  namespace Mib = Standard::Mib;
-  const std::vector<const Standard::MibObject*> binary = {
-      &Mib::entPhysicalMfgDate, &Mib::dot1qVlanCurrentEgressPorts,
-      &Mib::dot1qVlanCurrentUntaggedPorts, &Mib::dot1qVlanStaticEgressPorts,
-      &Mib::dot1qVlanStaticUntaggedPorts};
-  const auto isBinary = [&](const Standard::View& view, unsigned column) {
-    std::vector<oid> id = view.root->id;
-    id.insert(id.end(), {1, column});
-    return std::any_of(binary.begin(), binary.end(),
-                       [&](const auto* object) { return object->id == id; });
-  };
   std::map<std::string, Rows> walked;
   for (const auto& view : Standard::InventoryViews()) {
     auto& rows = walked[view.name];
     for (std::size_t row = 0; row < view.table->Rows(); ++row) {
       std::string text;
-      for (const oid arc : view.table->Index(row))
+      for (const oid arc : view.table->Index(row)) {
         text += (text.empty() ? "" : ".") + std::to_string(arc);
+      }
       for (unsigned column = view.firstColumn; column <= view.lastColumn; ++column) {
         netsnmp_variable_list var{};
         if (!view.table->Answer(row, column, &var)) continue;
-        text += " " + std::to_string(column) + "=" + Cell(var, isBinary(view, column));
+        text += " " + std::to_string(column) + "=" + Cell(var);
         snmp_free_var_internals(&var);
       }
       rows.push_back(text);
