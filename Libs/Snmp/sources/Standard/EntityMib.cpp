@@ -162,13 +162,12 @@ void ProjectEntity(const ProjectionContext& context) {
     }
     physical.push_back(std::move(row));
   };
-  // The ports the switch lists, grouped into their hardware ports.
+  // Every port the switch reports, grouped into its hardware ports.
   std::set<long> seen;
   long hardwarePort = 0;
   int subPortsLeft = 0;
   long position = 0;
   for (const auto& port : model.ports) {
-    if (!port.hasInfo) continue;
     const long ifIndex = context.indexes.Of(port.name);
     if (!seen.insert(ifIndex).second) continue;
     PhysicalRow row;
@@ -177,7 +176,8 @@ void ProjectEntity(const ProjectionContext& context) {
     row.containedIn = kChassisIndex;
     row.relPos = ifIndex;
     row.name = Truncate(port.name);
-    if (port.isMainPhys && port.nbPhys > 1) {
+    // Only the port information call says which ports are sub-ports.
+    if (port.hasInfo && port.isMainPhys && port.nbPhys > 1) {
       hardwarePort = kHardwarePortBase + ifIndex;
       subPortsLeft = port.nbPhys - 1;
       position = 1;
@@ -191,7 +191,7 @@ void ProjectEntity(const ProjectionContext& context) {
       add(std::move(container));
       row.containedIn = hardwarePort;
       row.relPos = position;
-    } else if (!port.isMainPhys && subPortsLeft > 0) {
+    } else if (port.hasInfo && !port.isMainPhys && subPortsLeft > 0) {
       --subPortsLeft;
       row.containedIn = hardwarePort;
       row.relPos = ++position;
