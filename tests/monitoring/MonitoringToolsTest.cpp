@@ -12,6 +12,7 @@
 #include <thread>
 #include <tuple>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Daemon.h"
 
 namespace {
@@ -254,10 +255,7 @@ TEST_F(MonitoringToolsTest, CollectdWritesEveryInterfaceWithItsRatesAndNoEmptyIn
   expect("prs", 1, 24, "gauge-prs_port_a_state-"), expect("prs", 1, 24, "gauge-prs_port_b_state-");
   expect("3_", 1, 6, "gauge-lag1_port_state-"), expect("3_", 7, 12, "gauge-lag2_port_state-");
   expect("3_", 13, 18, "gauge-lag3_port_state-"), expect("", 0, 4, "gauge-ptp_clock_mode-");
-  for (const char* call :
-       {"Interfaces:GetIfList", "Interfaces:GetInfo", "Ethernet:GetEthInfo", "Interfaces:GetCnt",
-        "Interfaces:GetStats", "Interfaces:GetMainMacAddr", "LLDP:GetConfig", "LLDP:GetInfo",
-        "PTP:GetConfig", "Config:GetCurrentConfig"}) {
+  for (const char* call : Arq::OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames) {
     expected.insert(std::string("derive-call_failures-") + call);
   }
   expected.insert({"gauge-collector_state", "gauge-collector_consecutive_failures",
