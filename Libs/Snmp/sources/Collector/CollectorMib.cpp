@@ -6,6 +6,7 @@
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
+#include "../TableShapes.h"
 #include "../Standard/SortedTable.h"
 
 namespace Arq::Snmp {
@@ -133,7 +134,8 @@ void init_arqSwitchOrvoViaCollector() {
                       Oid::arqSwitchOrvoViaCollectorState.back(),
                       Oid::arqSwitchOrvoViaCollectorDaemonStartTime.back(), &collectorGroup);
   RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable",
-                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2, 5,
+                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2,
+                      1 + Shape::arqSwitchOrvoViaCollectorCallTable.columns,
                       &callTable);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
