@@ -3,6 +3,7 @@
 #include <net-snmp/net-snmp-config.h>
 #include <net-snmp/net-snmp-includes.h>
 
+#include <array>
 #include <exception>
 #include <set>
 #include <utility>
@@ -42,24 +43,36 @@ auto CallOnce(const std::atomic<bool>& interrupted, Metrics::CollectorCallMetric
   }
 }
 
-// The proxy client of a call's service, made by the factory's method named
-// after the service in the call list.
-template <std::size_t call>
-auto CreateClient(Interfaces::IOrvoViaSwitchMonitoringClientFactory& factory) {
-#define ARQ_CLIENT_OF(service, method)                     \
-  if constexpr (call == Metrics::CollectorCall::service##_##method) \
-    return factory.CreateOrvoViaSwitch##service##ProxyClient();    \
-  else
-  ARQ_COLLECTOR_CALLS(ARQ_CLIENT_OF) {}
-#undef ARQ_CLIENT_OF
-}
+// The services of the switch, and the service of each call of the list.
+enum class Service { Interfaces, Ethernet, LLDP, PTP, Config };
+#define ARQ_SERVICE_OF(service, method) Service::service,
+constexpr std::array kServiceOf{ARQ_COLLECTOR_CALLS(ARQ_SERVICE_OF)};
+#undef ARQ_SERVICE_OF
+
+// The proxy client of a service, made by the factory's method named after it.
+template <Service>
+struct ServiceClient;
+#define ARQ_SERVICE_CLIENT(service)                                                  \
+  template <>                                                                        \
+  struct ServiceClient<Service::service> {                                           \
+    static auto Create(Interfaces::IOrvoViaSwitchMonitoringClientFactory& factory) { \
+      return factory.CreateOrvoViaSwitch##service##ProxyClient();                    \
+    }                                                                                \
+  };
+ARQ_SERVICE_CLIENT(Interfaces)
+ARQ_SERVICE_CLIENT(Ethernet)
+ARQ_SERVICE_CLIENT(LLDP)
+ARQ_SERVICE_CLIENT(PTP)
+ARQ_SERVICE_CLIENT(Config)
+#undef ARQ_SERVICE_CLIENT
 
 }  // namespace
 
 template <std::size_t call, typename Invoke>
 auto ThriftMonitoringCollector::Call(Invoke&& invoke) {
   return CallOnce(
-      interrupted, calls_[call], [this] { return CreateClient<call>(*clientFactory); },
+      interrupted, calls_[call],
+      [this] { return ServiceClient<kServiceOf[call]>::Create(*clientFactory); },
       std::forward<Invoke>(invoke));
 }
 
