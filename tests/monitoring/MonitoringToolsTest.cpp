@@ -54,10 +54,11 @@ class MonitoringToolsTest : public testing::Test {
     ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s)) << setup.Stderr();
   }
   void StartSwitch() {
-    simulator = std::make_unique<ChildProcess>(
-        std::vector<std::string>{ARQ_SIMULATOR_PATH, "--port", std::to_string(port), "--scenario",
-                                 std::string(ARQ_SOURCE_DIR) + "/etc/simulator/full-capacity.json"},
-        std::map<std::string, std::string>{}, setup.Dir().File("simulator.out"));
+    simulator = Arq::TestSupport::StartSimulator(
+                    {ARQ_SIMULATOR_PATH, "--port", std::to_string(port), "--scenario",
+                     std::string(ARQ_SOURCE_DIR) + "/etc/simulator/full-capacity.json"},
+                    setup.Dir().File("simulator.out"))
+                    .process;
     // 48 Ethernet ports, 24 PRS interfaces of 2 ports, 3 LAGs of 6 ports.
     ASSERT_TRUE(
         WaitUntil([&] { return setup.Master().Get("1.3.6.1.2.1.2.1.0") == "INTEGER: 141"; }, 15s));
