@@ -36,8 +36,9 @@ ServerData SharedPortSwitch() {
   return data;
 }
 
-const std::vector<std::string> kCalls(std::begin(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames),
-                                      std::end(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames));
+const std::vector<std::string> kCalls(
+    std::begin(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames),
+    std::end(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames));
 
 // The port names asked for are the members of the interfaces in key order,
 // each once; every call gets its own connection.

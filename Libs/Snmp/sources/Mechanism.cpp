@@ -152,7 +152,8 @@ void AppendEthernetCells(GeneratedRow& row, const Metrics::EthernetMetric& metri
   row.push_back(Cell::Integer(static_cast<long>(metric.mode) + 1));
   row.push_back(Cell::Integer(static_cast<long>(metric.speed) + 1));
   row.push_back(Cell::Integer(metric.state));
-  for (const auto counter : metric.counters) row.push_back(Cell::Text(std::to_string(counter), Width::Counter));
+  for (const auto counter : metric.counters)
+    row.push_back(Cell::Text(std::to_string(counter), Width::Counter));
   row.push_back(Cell::Integer(RoundBitsPerSecToMegaBitsPerSec(metric.txSpeed)));
   row.push_back(Cell::Integer(RoundBitsPerSecToMegaBitsPerSec(metric.rxSpeed)));
 }

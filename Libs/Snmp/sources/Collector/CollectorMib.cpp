@@ -6,8 +6,8 @@
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../TableShapes.h"
 #include "../Standard/SortedTable.h"
+#include "../TableShapes.h"
 
 namespace Arq::Snmp {
 namespace {
@@ -135,8 +135,7 @@ void init_arqSwitchOrvoViaCollector() {
                       Oid::arqSwitchOrvoViaCollectorDaemonStartTime.back(), &collectorGroup);
   RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable",
                       Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2,
-                      1 + Shape::arqSwitchOrvoViaCollectorCallTable.columns,
-                      &callTable);
+                      1 + Shape::arqSwitchOrvoViaCollectorCallTable.columns, &callTable);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
 

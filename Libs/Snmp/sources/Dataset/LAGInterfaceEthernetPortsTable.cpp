@@ -43,8 +43,8 @@ void update_user_context_from_monitoring(
 int HandleLAGInterfaceEthernetPortsTable(
     arqSwitchOrvoViaLAGInterfaceEthernetPortsTable_user_context_s& context, unsigned long lagIndex,
     netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
-  return HandleTable(context, Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows, reqinfo, requests,
-                     [&context, lagIndex](long row) {
+  return HandleTable(context, Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows, reqinfo,
+                     requests, [&context, lagIndex](long row) {
                        update_user_context_from_monitoring(context, lagIndex, row);
                      });
 }

@@ -41,7 +41,8 @@ int arqSwitchOrvoViaEthernetInterfacesTable_handler(netsnmp_mib_handler*,
                                                     netsnmp_handler_registration*,
                                                     netsnmp_agent_request_info* reqinfo,
                                                     netsnmp_request_info* requests) {
-  return HandleTable(arqSwitchOrvoViaEthernetInterfacesTableUserContext, Shape::arqSwitchOrvoViaEthernetInterfacesTable.rows, reqinfo, requests,
+  return HandleTable(arqSwitchOrvoViaEthernetInterfacesTableUserContext,
+                     Shape::arqSwitchOrvoViaEthernetInterfacesTable.rows, reqinfo, requests,
                      [](long row) {
                        update_user_context_from_monitoring(
                            arqSwitchOrvoViaEthernetInterfacesTableUserContext, row);

@@ -44,7 +44,8 @@ int arqSwitchOrvoViaHardwareInfosTable_handler(netsnmp_mib_handler*, netsnmp_han
                                                netsnmp_agent_request_info* reqinfo,
                                                netsnmp_request_info* requests) {
   return HandleTable(
-      arqSwitchOrvoViaHardwareInfosTableUserContext, Shape::arqSwitchOrvoViaHardwareInfosTable.rows, reqinfo, requests, [](long row) {
+      arqSwitchOrvoViaHardwareInfosTableUserContext, Shape::arqSwitchOrvoViaHardwareInfosTable.rows,
+      reqinfo, requests, [](long row) {
         update_user_context_from_monitoring(arqSwitchOrvoViaHardwareInfosTableUserContext, row);
       });
 }

@@ -40,7 +40,8 @@ int arqSwitchOrvoViaPRSInterfacesTable_handler(netsnmp_mib_handler*, netsnmp_han
                                                netsnmp_agent_request_info* reqinfo,
                                                netsnmp_request_info* requests) {
   return HandleTable(
-      arqSwitchOrvoViaPRSInterfacesTableUserContext, Shape::arqSwitchOrvoViaPRSInterfacesTable.rows, reqinfo, requests, [](long row) {
+      arqSwitchOrvoViaPRSInterfacesTableUserContext, Shape::arqSwitchOrvoViaPRSInterfacesTable.rows,
+      reqinfo, requests, [](long row) {
         update_user_context_from_monitoring(arqSwitchOrvoViaPRSInterfacesTableUserContext, row);
       });
 }

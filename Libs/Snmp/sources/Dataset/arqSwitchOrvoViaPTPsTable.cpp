@@ -35,9 +35,11 @@ static void InitializeSwitchOrvoViaPTPsTable() {
 int arqSwitchOrvoViaPTPsTable_handler(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                       netsnmp_agent_request_info* reqinfo,
                                       netsnmp_request_info* requests) {
-  return HandleTable(arqSwitchOrvoViaPTPsTableUserContext, Shape::arqSwitchOrvoViaPTPsTable.rows, reqinfo, requests, [](long row) {
-    update_user_context_from_monitoring(arqSwitchOrvoViaPTPsTableUserContext, row);
-  });
+  return HandleTable(arqSwitchOrvoViaPTPsTableUserContext, Shape::arqSwitchOrvoViaPTPsTable.rows,
+                     reqinfo, requests, [](long row) {
+                       update_user_context_from_monitoring(arqSwitchOrvoViaPTPsTableUserContext,
+                                                           row);
+                     });
 }
 
 void initialize_table_arqSwitchOrvoViaPTPsTable() {

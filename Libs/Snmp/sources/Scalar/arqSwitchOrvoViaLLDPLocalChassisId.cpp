@@ -13,7 +13,8 @@ struct arqSwitchOrvoViaLLDPLocalChassisId_user_context_s : TextScalar<Width::Lld
 static arqSwitchOrvoViaLLDPLocalChassisId_user_context_s
     arqSwitchOrvoViaLLDPLocalChassisIdUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, Width::LldpLocalText> chassis_id_data_access_to_generated(const Metrics::LLDPMetric& metric) {
+static std::array<char, Width::LldpLocalText> chassis_id_data_access_to_generated(
+    const Metrics::LLDPMetric& metric) {
   return ToBuffer<Width::LldpLocalText>(metric.chassisId);
 }
 

@@ -8,7 +8,8 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalIPManagementAddress.0: IpAddress, four bytes computed from the dotted
 // text on every request; the LLDP metric's ipManagementAddress, cut to 20 bytes.
-struct arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s : TextScalar<Width::AddressText> {
+struct arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s
+    : TextScalar<Width::AddressText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s

@@ -34,16 +34,16 @@ enum class CallOutcome : std::int32_t {
 // proxy client. This list is the one place that names them: the collector's
 // call records (CollectorCall), the MIB's call table, the tests and the soak
 // run (scripts/mib_facts.py) are made from it. One call per line.
-#define ARQ_COLLECTOR_CALLS(X)   \
-  X(Interfaces, GetIfList)       \
-  X(Interfaces, GetInfo)         \
-  X(Ethernet, GetEthInfo)        \
-  X(Interfaces, GetCnt)          \
-  X(Interfaces, GetStats)        \
-  X(Interfaces, GetMainMacAddr)  \
-  X(LLDP, GetConfig)             \
-  X(LLDP, GetInfo)               \
-  X(PTP, GetConfig)              \
+#define ARQ_COLLECTOR_CALLS(X)  \
+  X(Interfaces, GetIfList)      \
+  X(Interfaces, GetInfo)        \
+  X(Ethernet, GetEthInfo)       \
+  X(Interfaces, GetCnt)         \
+  X(Interfaces, GetStats)       \
+  X(Interfaces, GetMainMacAddr) \
+  X(LLDP, GetConfig)            \
+  X(LLDP, GetInfo)              \
+  X(PTP, GetConfig)             \
   X(Config, GetCurrentConfig)
 
 // The position of each call in the list: CollectorCall::Interfaces_GetIfList is 0.
