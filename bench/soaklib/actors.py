@@ -17,6 +17,30 @@ IDLE_THREAD_CPU = 0.2
 REGISTER_SECONDS = 10.0
 
 
+def judge(soak, tally, kind, span, failure, objects, seen, where):
+    """One read (a walk or a table read) over `span` (start, end): a failure
+    is excused only when a master restart overlapped it, never because of a
+    switch fault (the sub-agent must answer whatever the switch does);
+    otherwise every value is checked, "healthy" when no disturbance touched it.
+    Then the reader's pause: two readers at full speed would take more than the
+    core this run may use (snmpd, the daemon and the tool share it)."""
+    healthy = not soak.disturbances.touches(*span, SETTLE)
+    if failure is not None:
+        if soak.disturbances.touches(*span, 1.0, kinds=("restart",)):
+            with soak.stats_lock:
+                tally["failed during a master restart (excused)"] += 1
+        else:
+            soak.failures.add(f"failed {kind}", failure)
+    else:
+        wrong = [w for w in (soak.oracle.check_value(oid, value, healthy, seen, where)
+                             for oid, value in objects) if w]
+        for detail in wrong[:3]:
+            soak.failures.add(f"wrong value in a {kind}", detail)
+        with soak.stats_lock:
+            tally["healthy" if healthy else "disturbed"] += 1
+    soak.stop.wait(soak.args.walk_pause)
+
+
 def walker(soak, number):
     seen = {}
     while not soak.stop.is_set():
@@ -25,32 +49,15 @@ def walker(soak, number):
         end = time.monotonic()
         if soak.stop.is_set():
             break
-        in_restart = soak.disturbances.touches(start, end, 1.0, kinds=("restart",))
-        healthy = not soak.disturbances.touches(start, end, SETTLE)
         objects = parse_objects(output) if status == 0 else []
         with soak.stats_lock:
             soak.walk_counts[len(objects)] += 1
         # A walk fails when snmpbulkwalk fails or does not give every object.
-        # It is excused only when a master restart overlapped it: faults of
-        # the switch must never keep the sub-agent from answering.
+        failure = None
         if status != 0 or len(objects) != EXPECTED_OBJECTS:
-            if in_restart:
-                with soak.stats_lock:
-                    soak.walks["failed during a master restart (excused)"] += 1
-            else:
-                soak.failures.add("failed walk", f"walker {number}: status {status}, "
-                                  f"{len(objects)} objects: {output.strip()[-200:]}")
-            soak.stop.wait(soak.args.walk_pause)
-            continue
-        wrong = [w for w in (soak.oracle.check_value(oid, value, healthy, seen, f"walker {number}")
-                             for oid, value in objects) if w]
-        for detail in wrong[:3]:
-            soak.failures.add("wrong value in a walk", detail)
-        with soak.stats_lock:
-            soak.walks["healthy" if healthy else "disturbed"] += 1
-        # Two walkers at full speed would take more than the core this run may
-        # use (snmpd, the daemon and the tool share it): a pause between walks.
-        soak.stop.wait(soak.args.walk_pause)
+            failure = f"walker {number}: status {status}, {len(objects)} objects: {output.strip()[-200:]}"
+        judge(soak, soak.walks, "walk", (start, end), failure, objects, seen, f"walker {number}")
+
 
 def read_table(soak, entry, seen):
     """One table, as snmptable reads it: GETBULK (non-repeaters 0,
@@ -97,24 +104,12 @@ def table_reader(soak):
             if soak.stop.is_set():
                 return
             expected = sorted(o for o in soak.oracle.reference if o.startswith(f"{soak.base}.{entry}."))
-            in_restart = soak.disturbances.touches(start, end, 1.0, kinds=("restart",))
-            healthy = not soak.disturbances.touches(start, end, SETTLE)
+            failure = None
             if error is not None or sorted(o for o, _ in objects) != expected:
-                if in_restart:
-                    with soak.stats_lock:
-                        soak.table_reads["failed during a master restart (excused)"] += 1
-                else:
-                    soak.failures.add("failed table read", f"table {entry}: {len(objects)} of "
-                                      f"{len(expected)} objects; {error}")
-                soak.stop.wait(soak.args.walk_pause)
-                continue
-            wrong = [w for w in (soak.oracle.check_value(o, v, healthy, seen, f"table {entry}")
-                                 for o, v in objects) if w]
-            for detail in wrong[:3]:
-                soak.failures.add("wrong value in a table read", detail)
-            with soak.stats_lock:
-                soak.table_reads["healthy" if healthy else "disturbed"] += 1
-            soak.stop.wait(soak.args.walk_pause)
+                failure = f"table {entry}: {len(objects)} of {len(expected)} objects; {error}"
+            judge(soak, soak.table_reads, "table read", (start, end), failure, objects, seen,
+                  f"table {entry}")
+
 
 def fault_cycler(soak):
     """One fault at a time on one call or on every call, held a few
