@@ -1,7 +1,10 @@
 # cmake -DGENERATOR=<prometheus-snmp-generator> -DMIB_DIR=<MIB folder> -DSOURCE_DIR=<etc/prometheus>
-#       -DWORK_DIR=<folder> -DOUT=<snmp.yml> -DARQ_ENTERPRISE_NUMBER=<n> -P GenerateSnmpYml.cmake
+#       -DWORK_DIR=<folder> -DOUT=<snmp.yml> -DARQ_ENTERPRISE_NUMBER=<n>
+#       -DPORTS_TOOL=<ArqStandardViewsConfig> -P GenerateSnmpYml.cmake
 # Runs the generator on generator.yml (it reads it from its working folder)
-# with only the build's MIB texts, then compares the result with the shipped
+# with only the build's MIB texts, appends the orvovia_ports module that
+# ArqStandardViewsConfig writes from the standard port counter tables'
+# definition (no MIB text needed), then compares the result with the shipped
 # snmp.yml, whose private OIDs carry the documentation number 32473.
 file(REMOVE_RECURSE ${WORK_DIR})
 file(MAKE_DIRECTORY ${WORK_DIR})
@@ -16,6 +19,11 @@ execute_process(
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "prometheus-snmp-generator failed:\n${output}")
 endif()
+execute_process(COMMAND ${PORTS_TOOL} snmp-yml RESULT_VARIABLE status OUTPUT_VARIABLE ports)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "${PORTS_TOOL} snmp-yml failed")
+endif()
+file(APPEND ${WORK_DIR}/snmp.yml "${ports}")
 file(READ ${WORK_DIR}/snmp.yml generated)
 file(READ ${SOURCE_DIR}/snmp.yml shipped)
 string(REPLACE "1.3.6.1.4.1.32473." "1.3.6.1.4.1.${ARQ_ENTERPRISE_NUMBER}." shipped "${shipped}")
@@ -23,6 +31,7 @@ if(NOT generated STREQUAL shipped)
   message(FATAL_ERROR
     "${SOURCE_DIR}/snmp.yml is not what generator.yml and the MIB texts give "
     "(${WORK_DIR}/snmp.yml). Regenerate it from a build with the default enterprise number:\n"
-    "  cd etc/prometheus && MIBDIRS=<build>/mibs prometheus-snmp-generator generate")
+    "  cd etc/prometheus && MIBDIRS=<build>/mibs prometheus-snmp-generator generate &&\n"
+    "  <build>/Libs/Snmp/ArqStandardViewsConfig snmp-yml >>snmp.yml")
 endif()
 file(RENAME ${WORK_DIR}/snmp.yml ${OUT})
