@@ -10,6 +10,7 @@
 
 #include "Arq/Monitoring/FakeMonitoringCollector.h"
 #include "Arq/Monitoring/MetricConverter/LLDPMetricConverter.h"
+#include "Arq/Monitoring/Model/SwitchModelBuilder.h"
 
 // Every allocation of the process is counted, so that a benchmark can report
 // how many its loop made.
@@ -111,6 +112,20 @@ void BM_PublishFullCapacityCycle(benchmark::State& state) {
   ReportAllocations(state, before);
 }
 BENCHMARK(BM_PublishFullCapacityCycle)->Unit(benchmark::kMicrosecond);
+
+// The typed model's share of that cycle: building it alone, with its history
+// (link changes, counter discontinuities) against the previous model.
+void BM_BuildModelFullCapacity(benchmark::State& state) {
+  Arq::Monitoring::SwitchModelBuilder builder;
+  const auto even = FullCapacity(2);
+  const auto odd = FullCapacity(3);
+  bool flip = false;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        builder.Build((flip = !flip) ? odd : even, std::chrono::steady_clock::now()));
+  }
+}
+BENCHMARK(BM_BuildModelFullCapacity)->Unit(benchmark::kMicrosecond);
 
 // The same snapshot again: every holder compares and keeps its value.
 void BM_PublishUnchangedSnapshot(benchmark::State& state) {

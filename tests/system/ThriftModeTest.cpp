@@ -13,6 +13,7 @@
 #include <iostream>
 #include <mutex>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -285,13 +286,24 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
 
   // The switch killed: every call refused, no interfaces published, one more
   // unreachable; back, counting from zero again, and one more recovery.
+  // Meanwhile IF-MIB keeps every row with its state unknown and its counters
+  // frozen, so that a manager does not take the ports for deleted.
   const std::string counter = setup.Get("1.2.1.10.2");
+  const std::string ifInOctets = "1.3.6.1.2.1.2.2.1.10";
   StopSimulator();
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s));
   EXPECT_TRUE(setup.WaitForGet("1.1.0", "Counter32: 0", 10s));
   ExpectGets({{"1.2.1.2.0", "\"\""}, {"6.2.0", "INTEGER: -1"}, {"8.13.1.3.1", "INTEGER: 4"}});
+  const Map frozen = Walk(ifInOctets);
+  const Map states = Walk("1.3.6.1.2.1.2.2.1.8");
+  EXPECT_EQ(states.size(), frozen.size());
+  EXPECT_GT(states.size(), 20u);
+  for (const auto& [row, state] : states) EXPECT_EQ(state, "INTEGER: 4") << row;
   EXPECT_LT(seconds("8.3.0"), seconds("8.2.0"));
   ASSERT_TRUE(WaitUntil([&] { return count(unreachable) == 2; }, 15s)) << ReadFile(traps);
+  const std::string collections = setup.Get("8.5.0");
+  ASSERT_TRUE(WaitUntil([&] { return setup.Get("8.5.0") != collections; }, 10s));
+  EXPECT_EQ(Walk(ifInOctets), frozen);  // a later collection: the counters stay
   StartSimulator();
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 1", 10s));
   EXPECT_TRUE(WaitUntil([&] { return setup.Get("1.2.1.10.2") != counter; }, 10s));
@@ -329,36 +341,58 @@ TEST_F(ThriftModeTest, CollectorFollowsTheSwitchThroughOutagesFaultsAndOptions) 
 }
 
 // One daemon restarted on switch after switch: the MIB's capacity filled to
-// the last row of every table; contradicting answers logged, with what can be
-// served; LLDP-MIB neighbours decoded (raw TLVs included) without the columns
-// of broken TLVs; ports whose names the ifIndex rule cannot place keep the
-// index they were given first, across a restart in which one disappears.
+// the last row of every table, and a 128-port switch whole in IF-MIB and
+// LLDP-MIB; contradicting answers logged, with what can be served; LLDP-MIB
+// neighbours decoded (raw TLVs included) without the columns of broken TLVs,
+// texts cut to the MIB's sizes and an identifier SNMP cannot carry left out;
+// ports whose names the ifIndex rule cannot place keep the index they were
+// given first, across a restart in which one disappears and across a
+// hostile index file.
 TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
   const std::string remTable = "1.0.8802.1.1.2.1.4.1.1";
   const std::string manAddrTable = "1.0.8802.1.1.2.1.4.2.1";
   const std::string ifNameTable = "1.3.6.1.2.1.31.1.1.1.1";
-  Map full, fullManagement;
-  for (int n = 1; n <= 60; ++n) {
-    const std::string local = n <= 48 ? "1/" + std::to_string(n) : "2/" + std::to_string(n - 48);
+  Map full, fullManagement, spine, spineManagement, spineNames;
+  // The spine switch's interface rows: 194 ports, 24 PRS and 3 LAG interfaces.
+  for (int n = 1; n <= 128; ++n)
+    spineNames[std::to_string(1000 + n)] = "STRING: \"1/" + std::to_string(n) + "\"";
+  for (int n = 1; n <= 48; ++n)
+    spineNames[std::to_string(2000 + n)] = "STRING: \"2/" + std::to_string(n) + "\"";
+  for (int n = 1; n <= 18; ++n)
+    spineNames[std::to_string(3000 + n)] = "STRING: \"3/" + std::to_string(n) + "\"";
+  for (int n = 1; n <= 24; ++n)
+    spineNames[std::to_string(200000 + n)] = "STRING: \"prs" + std::to_string(n) + "\"";
+  for (int n = 1; n <= 3; ++n)
+    spineNames[std::to_string(100000 + n)] = "STRING: \"lag" + std::to_string(n) + "\"";
+  for (int n = 1; n <= 140; ++n) {
+    const bool second = n > 48 && n <= 60;
+    const int number = n <= 48 ? n : second ? n - 48 : n - 12;
+    const std::string local = (second ? "2/" : "1/") + std::to_string(number);
     const std::string row =
-        ".0." + std::to_string(n <= 48 ? 1000 + n : 2000 + n - 48) + "." + std::to_string(n);
+        ".0." + std::to_string((second ? 2000 : 1000) + number) + "." + std::to_string(n);
+    Map neighbour, management;
     char text[64];
-    full["4" + row] = "INTEGER: 4";  // macAddress
+    neighbour["4" + row] = "INTEGER: 4";  // macAddress
     std::snprintf(text, sizeof text, "Hex-STRING: 00 1B 21 00 %02X %02X ", n / 256, n % 256);
-    full["5" + row] = text;
-    full["6" + row] = "INTEGER: 5";  // interfaceName
-    full["7" + row] = "STRING: \"Ethernet1/" + std::to_string(n) + "\"";
-    full["8" + row] = "STRING: \"to orvo-sim-full " + local + "\"";
+    neighbour["5" + row] = text;
+    neighbour["6" + row] = "INTEGER: 5";  // interfaceName
+    neighbour["7" + row] = "STRING: \"Ethernet1/" + std::to_string(n) + "\"";
+    neighbour["8" + row] = "STRING: \"to orvo-sim-full " + local + "\"";
     std::snprintf(text, sizeof text, "STRING: \"peer-%02d\"", n);
-    full["9" + row] = text;
+    neighbour["9" + row] = text;
     std::snprintf(text, sizeof text, "STRING: \"PeerSwitch; SN-%04d; 1.0.%d\"", n, n);
-    full["10" + row] = text;
-    full["11" + row] = "STRING: \"(\"";  // bridge and router: 0x28
-    full["12" + row] = "STRING: \" \"";  // bridge: 0x20
+    neighbour["10" + row] = text;
+    neighbour["11" + row] = "STRING: \"(\"";  // bridge and router: 0x28
+    neighbour["12" + row] = "STRING: \" \"";  // bridge: 0x20
     const std::string address = row + ".1.4.198.51.100." + std::to_string(n);
-    fullManagement["3" + address] = "INTEGER: 2";  // ifIndex numbering
-    fullManagement["4" + address] = "INTEGER: 0";
-    fullManagement["5" + address] = "OID: .0.0";
+    management["3" + address] = "INTEGER: 2";  // ifIndex numbering
+    management["4" + address] = "INTEGER: 0";
+    management["5" + address] = "OID: .0.0";
+    spine.insert(neighbour.begin(), neighbour.end());
+    spineManagement.insert(management.begin(), management.end());
+    if (n > 60) continue;
+    full.insert(neighbour.begin(), neighbour.end());
+    fullManagement.insert(management.begin(), management.end());
   }
   // Ports named outside the rule, and one raw LLDP neighbour: capabilities
   // beyond the first octet, an IPv6 management address with its interface
@@ -382,11 +416,38 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
                R"({"subtype":"MacAddress","id":"00:1b:21:00:00:09"},"raw":{"7":"0e04 0214 0004",)"
                R"("8":"101b 11 02 20010db8000000000000000000000001 03 00000007 03 2b0601"}}]})");
   const std::string v6 = ".0.1003.1.2.16.32.1.13.184.0.0.0.0.0.0.0.0.0.0.0.1";
+  // A neighbour's content chosen to hurt: a port description and a system
+  // name of 511 bytes (the MIB's size is 255), and a management address whose
+  // interface OID has 201 arcs (SNMP carries 128).
+  const auto tlv = [](int type, const std::string& valueHex) {
+    const std::size_t length = valueHex.size() / 2;
+    char header[16];
+    std::snprintf(header, sizeof header, "%02x%02x", static_cast<unsigned>(type << 1 | length >> 8),
+                  static_cast<unsigned>(length & 0xff));
+    return header + valueHex;
+  };
+  std::string longOid = "2b";
+  for (int arc = 0; arc < 199; ++arc) longOid += "01";
+  const std::string hostile =
+      scenario("hostile.json", {"xe-a", "xe-b", "xe-c"},
+               R"(,"lldp":{"neighbours":[{"interface":"xe-a","chassisId":)"
+               R"({"subtype":"MacAddress","id":"00:1b:21:00:00:0a"},"raw":{"4":")" +
+                   tlv(4, std::string(1022, '6')) + R"(","5":")" + tlv(5, std::string(1022, '6')) +
+                   R"(","8":")" +
+                   tlv(8,
+                       "05010a000001"
+                       "02"
+                       "00000007"
+                       "c8" +
+                           longOid) +
+                   R"("}}]})");
+  const std::string hostileRow = ".0.1000001.1";
   struct Case {
     std::string scenario;
     Map gets;  // B.<arcs>
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
+    std::string ifIndexFile = {};       // written before the daemon starts, when set
   };
   // clang-format off
   const Case cases[] = {
@@ -407,6 +468,24 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
        {}},
       {scenario("changed.json", {"xe-new", "xe-b"}, ""), {}, {}, {},
        {{"1000001", "STRING: \"xe-b\""}, {"1000002", "STRING: \"xe-new\""}}, {}},
+      // Two names with one index (the first keeps it, the other is placed
+      // again), a garbage line costing only itself, and a link at the file's
+      // temporary name that the daemon must not follow.
+      {hostile, {},
+       {{"4" + hostileRow, "INTEGER: 4"}, {"5" + hostileRow, "Hex-STRING: 00 1B 21 00 00 0A "},
+        {"8" + hostileRow, "STRING: \"" + std::string(255, 'f') + "\""},
+        {"9" + hostileRow, "STRING: \"" + std::string(255, 'f') + "\""}},
+       {{"3" + hostileRow + ".1.4.10.0.0.1", "INTEGER: 2"},
+        {"4" + hostileRow + ".1.4.10.0.0.1", "INTEGER: 7"}},
+       {{"1000000", "STRING: \"xe-b\""}, {"1000001", "STRING: \"xe-a\""},
+        {"1000007", "STRING: \"xe-c\""}},
+       {}, "1000000 xe-b\n1000000 xe-a\nnot an entry\n1000007 xe-c\n"},
+      // A spine switch: every port in IF-MIB and every neighbour in LLDP-MIB,
+      // beyond the private MIB's 48 and 60 rows.
+      {"ports-128.json",
+       {{"1.1.0", "Counter32: 128"}, {"1.2.1.2.47", "STRING: \"eth48\""},
+        {"5.1.0", "Counter32: 140"}},
+       spine, spineManagement, spineNames, {}},
       // Every listed interface of a type counts; an inconsistent one is served
       // empty; a neighbour with a truncated chassis id has an empty name.
       {"inconsistent.json",
@@ -432,6 +511,13 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       setup.StopDaemon(SIGTERM, 10s);
     }
     const auto logStart = setup.Stderr().size();
+    const std::string victim = setup.Dir().File("victim");
+    if (!c.ifIndexFile.empty()) {
+      const std::string file = setup.Master().Dir() + "/persist/orvovia-ifindex.conf";
+      WriteFile(file, c.ifIndexFile);
+      WriteFile(victim, "not the daemon's\n");
+      ASSERT_EQ(symlink(victim.c_str(), (file + ".new").c_str()), 0);
+    }
     StartSimulator(c.scenario);
     StartDaemon();
     const auto matches = [&] {
@@ -451,8 +537,33 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       EXPECT_THAT(log, testing::Not(HasSubstr("Error: ")));
     }
     for (const auto& warning : c.warnings) EXPECT_THAT(log, HasSubstr(warning));
+    if (!c.ifIndexFile.empty()) {
+      EXPECT_EQ(ReadFile(victim), "not the daemon's\n");
+    }
+    if (c.scenario == "ports-128.json") {
+      // One request reads one collection: in every answer lag1's octets are
+      // the sum of its six ports', while the counters grow between answers.
+      std::vector<std::string> oids{"1.3.6.1.2.1.31.1.1.1.6.100001"};
+      for (int p = 3001; p <= 3006; ++p)
+        oids.push_back("1.3.6.1.2.1.31.1.1.1.6." + std::to_string(p));
+      std::set<std::uint64_t> seen;
+      for (int round = 0; round < 15; ++round) {
+        std::istringstream lines(setup.Master().Tool("snmpget", {}, oids).output);
+        std::uint64_t lag = 0, ports = 0;
+        int n = 0;
+        for (std::string line; std::getline(lines, line); ++n) {
+          (n == 0 ? lag : ports) += std::stoull(line.substr(line.rfind(' ') + 1));
+        }
+        EXPECT_EQ(n, 7);
+        EXPECT_EQ(lag, ports);
+        seen.insert(lag);
+        std::this_thread::sleep_for(200ms);
+      }
+      EXPECT_GT(seen.size(), 1u);
+    }
     EXPECT_TRUE(setup.Daemon().IsRunning());
   }
+
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.7.1.3.1001"), "STRING: \"1/1\"");

@@ -18,6 +18,7 @@ constexpr long long kDisabledIdleSeconds = 5;
 }  // namespace
 
 OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s MonitoringProcessor::monitoringValues;
+OrvoViaSwitch::Domain::Model::SwitchModelStore MonitoringProcessor::switchModel;
 
 MonitoringProcessor::MonitoringProcessor(bool collectMetrics, int collectMetricsPeriod,
                                          std::unique_ptr<IMonitoringCollector> collector)
@@ -96,10 +97,18 @@ void MonitoringProcessor::Loop() {
   }
 }
 
-void MonitoringProcessor::PublishHealth() {
+void MonitoringProcessor::PublishHealth(
+    std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> model) {
   health_.collectEnabled = collectMetrics_;
   health_.period = collectMetricsPeriod_;
   monitoringValues.collectorHealth.Value(health_);
+  if (!model)
+    model = std::make_shared<OrvoViaSwitch::Domain::Model::SwitchModel>(*switchModel.Current());
+  model->collection.health = health_;
+  for (std::size_t call = 0; call < model->collection.calls.size(); ++call) {
+    model->collection.calls[call] = monitoringValues.collectorCalls[call].Value();
+  }
+  switchModel.Publish(std::move(model));
 }
 
 void MonitoringProcessor::WaitForCollectInterval() {
@@ -161,7 +170,14 @@ void MonitoringProcessor::Collect() {
   health_.consecutiveUnreachable = health_.state == Metrics::CollectorState::Unreachable
                                        ? health_.consecutiveUnreachable + 1
                                        : 0;
-  PublishHealth();
+  auto model = collector_->TakeModel();
+  if (!model) {
+    // A collector that failed as a whole gave no model: the last switch data
+    // stands, marked as not this collection's.
+    model = std::make_shared<OrvoViaSwitch::Domain::Model::SwitchModel>(*switchModel.Current());
+    model->collection.interfacesCurrent = false;
+  }
+  PublishHealth(std::move(model));
 }
 
 }  // namespace Arq::Monitoring

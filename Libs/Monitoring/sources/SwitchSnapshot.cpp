@@ -1,30 +1,6 @@
 #include "Arq/Monitoring/SwitchSnapshot.h"
 
 namespace Arq::Monitoring {
-namespace {
-
-namespace Dto = OrvoViaSwitch::Domain::Dto;
-using DetailsHolder = OrvoViaSwitch::Domain::Monitoring::MonitoringValueThreadSafe<
-    Dto::Metrics::InterfaceDetailsMetric>;
-
-// The details of the interfaces of one type, in the slots the interface
-// converter gives their metrics.
-void PublishDetails(const SwitchSnapshot& s, Dto::IfType type, DetailsHolder* holders,
-                    std::size_t capacity) {
-  const auto names = MetricConverter::InterfaceMetricConverter::GetInterfaceNamesOf(
-      type, s.interfaceNames, s.interfaces);
-  for (std::size_t i = 0; i < capacity; ++i) {
-    Dto::Metrics::InterfaceDetailsMetric details;
-    if (i < names.size()) {
-      const auto& info = s.interfaces.at(names[i]);
-      details.description = info.Description;
-      details.macAddress = info.MacAddr;
-    }
-    holders[i].Value(details);
-  }
-}
-
-}  // namespace
 
 void PublishSnapshot(const SwitchSnapshot& s,
                      OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values,
@@ -47,17 +23,7 @@ void PublishSnapshot(const SwitchSnapshot& s,
       MetricConverter::PTPMetricConverter::ToMetric(s.ptpConfigs, values->pTPMetrics.data()));
   MetricConverter::ConfigMetricConverter::ToMetric(s.currentConfig, &values->currentConfigMetric);
 
-  PublishDetails(s, Dto::IfType::Ethernet, values->ethernetInterfaceDetails.data(),
-                 values->ethernetInterfaceDetails.size());
-  PublishDetails(s, Dto::IfType::BasicPrs, values->pRSInterfaceDetails.data(),
-                 values->pRSInterfaceDetails.size());
-  PublishDetails(s, Dto::IfType::BasicLag, values->lAGInterfaceDetails.data(),
-                 values->lAGInterfaceDetails.size());
-  for (std::size_t i = 0; i < values->lLDPNeighbourTlvs.size(); ++i) {
-    values->lLDPNeighbourTlvs[i].Value(i < s.lldpNeighbours.size() ? s.lldpNeighbours[i]
-                                                                   : Dto::LldpInfo());
-  }
-  values->lLDPLocalConfig.Value(s.lldpConfig);
+  state.model = state.modelBuilder.Build(s, OrvoViaSwitch::Domain::Model::Clock::now());
 }
 
 }  // namespace Arq::Monitoring

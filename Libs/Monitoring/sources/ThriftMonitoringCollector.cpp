@@ -174,6 +174,7 @@ void ThriftMonitoringCollector::Collect(
   if (interrupted) return;
   for (std::size_t call = 0; call < calls_.size(); ++call) {
     values->collectorCalls[call].Value(calls_[call]);
+    snapshot.answered[call] = calls_[call].outcome == Metrics::CallOutcome::Ok;
   }
 
   try {

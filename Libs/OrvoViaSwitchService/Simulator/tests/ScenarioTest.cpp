@@ -235,14 +235,17 @@ TEST(ScenarioLoadTest, ErrorsNameTheFileTheyComeFrom) {
   }
 }
 
-TEST(ScenarioLoadTest, FullCapacityFileIsWhatItsScriptWrites) {
+TEST(ScenarioLoadTest, LargeScenarioFilesAreWhatTheirScriptWrites) {
   TestSupport::TempDir dir;
-  const auto result = TestSupport::RunCommand(
-      {ARQ_SOURCE_DIR "/scripts/generate-full-scenario", dir.File("full.json")}, {},
-      std::chrono::seconds(30), true);
+  const auto result =
+      TestSupport::RunCommand({ARQ_SOURCE_DIR "/scripts/generate-full-scenario", dir.Path()}, {},
+                              std::chrono::seconds(30), true);
   ASSERT_EQ(result.status, 0) << result.output;
-  EXPECT_EQ(TestSupport::ReadFile(dir.File("full.json")),
-            TestSupport::ReadFile(ARQ_SCENARIO_DIR "/full-capacity.json"));
+  for (const char* file : {"full-capacity.json", "ports-128.json"}) {
+    EXPECT_EQ(TestSupport::ReadFile(dir.File(file)),
+              TestSupport::ReadFile(std::string(ARQ_SCENARIO_DIR "/") + file))
+        << file;
+  }
 }
 
 }  // namespace

@@ -1,23 +1,20 @@
 // The collector's health group (arc 8 of the private MIB): the state of the
 // collection loop, the options in force, the daemon, and one row per switch
-// call. Served from the values set like every other object, as a one-row
-// scalar group and a ten-row table.
+// call, as a one-row scalar group and a ten-row table. The health and the
+// calls are those of the
+// switch model the standard views were projected from, so that one request
+// sees one collection; the daemon's own record is read as it is now.
 #include <algorithm>
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../Standard/SortedTable.h"
+#include "../Standard/Projection.h"
 
 namespace Arq::Snmp {
 namespace {
 
 using namespace Standard;
 namespace Domain = OrvoViaSwitch::Domain::Dto::Metrics;
-
-// DisplayString is at most 255 octets.
-std::string Display(const std::string& text) {
-  return text.substr(0, 255);
-}
 
 std::uint64_t Unsigned32(std::int64_t value) {
   return static_cast<std::uint64_t>(std::clamp<std::int64_t>(value, 0, 0xffffffffLL));
@@ -26,13 +23,13 @@ std::uint64_t Unsigned32(std::int64_t value) {
 class CollectorGroup : public ISortedTable {
  public:
   void Refresh() override {
-    auto& values = Monitoring::MonitoringProcessor::monitoringValues;
-    values.collectorHealth.CopyValue(health);
-    values.daemon.CopyValue(daemon);
+    RefreshProjections();
+    Monitoring::MonitoringProcessor::monitoringValues.daemon.CopyValue(daemon);
   }
   std::size_t Rows() const override { return 1; }
   const std::vector<oid>& Index(std::size_t) const override { return instance; }
   bool Answer(std::size_t, unsigned column, netsnmp_variable_list* var) const override {
+    const auto& health = ProjectedModel()->collection.health;
     switch (column) {
       case 1:
         SetInteger(var, static_cast<long>(health.state));
@@ -62,10 +59,10 @@ class CollectorGroup : public ISortedTable {
         SetInteger(var, daemon.logLevel);
         break;
       case 10:
-        SetOctets(var, Display(health.lastError));
+        SetOctets(var, Truncate(health.lastError));
         break;
       case 11:
-        SetOctets(var, Display(daemon.version));
+        SetOctets(var, Truncate(daemon.version));
         break;
       case 12:
         SetUnsigned(var, ASN_UNSIGNED, Unsigned32(daemon.startTime));
@@ -78,7 +75,6 @@ class CollectorGroup : public ISortedTable {
 
  private:
   std::vector<oid> instance{0};
-  Domain::CollectorHealthMetric health;
   Domain::DaemonMetric daemon;
 };
 
@@ -87,16 +83,11 @@ class CallTable : public ISortedTable {
   CallTable() {
     for (std::size_t row = 0; row < indexes.size(); ++row) indexes[row] = {row + 1};
   }
-  void Refresh() override {
-    auto& values = Monitoring::MonitoringProcessor::monitoringValues;
-    for (std::size_t row = 0; row < calls.size(); ++row) {
-      values.collectorCalls[row].CopyValue(calls[row]);
-    }
-  }
-  std::size_t Rows() const override { return calls.size(); }
+  void Refresh() override { RefreshProjections(); }
+  std::size_t Rows() const override { return indexes.size(); }
   const std::vector<oid>& Index(std::size_t row) const override { return indexes[row]; }
   bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
-    const auto& call = calls[row];
+    const auto& call = ProjectedModel()->collection.calls[row];
     switch (column) {
       case 2:
         SetOctets(var, Domain::kCollectorCallNames[row]);
@@ -108,7 +99,7 @@ class CallTable : public ISortedTable {
         SetUnsigned(var, ASN_COUNTER, static_cast<std::uint32_t>(call.failures));
         break;
       case 5:
-        SetOctets(var, Display(call.lastError));
+        SetOctets(var, Truncate(call.lastError));
         break;
       default:
         return false;
@@ -118,7 +109,6 @@ class CallTable : public ISortedTable {
 
  private:
   std::array<std::vector<oid>, Domain::kCollectorCallCount> indexes;
-  std::array<Domain::CollectorCallMetric, Domain::kCollectorCallCount> calls;
 };
 
 CollectorGroup collectorGroup;

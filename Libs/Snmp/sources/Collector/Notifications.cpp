@@ -1,20 +1,20 @@
 // Notifications, sent through the master agent to its trap sinks: the
 // collector becoming unreachable and recovering, and IF-MIB linkUp/linkDown
-// when a port's operational state changes between two collections. Net-SNMP
-// is not thread-safe, so they are sent from the SNMP thread: an alarm of the
-// agent's loop polls the published health once a second and acts on each new
-// collection it sees.
-#include <map>
+// when an interface's operational state changes between two switch models.
+// Net-SNMP is not thread-safe, so they are sent from the SNMP thread: an
+// alarm of the agent's loop looks for a newly published model once a second
+// and acts on each new collection it sees.
+#include <algorithm>
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../Standard/InterfaceRows.h"
-#include "../Standard/SortedTable.h"
+#include "../Standard/Projection.h"
 
 namespace Arq::Snmp {
 namespace {
 
 namespace Domain = OrvoViaSwitch::Domain::Dto::Metrics;
+namespace Model = OrvoViaSwitch::Domain::Model;
 
 // Collections in a row with every call failed before the unreachable
 // notification goes out: a switch that misses one or two collections (a
@@ -29,8 +29,8 @@ const std::vector<oid> kIfEntry{1, 3, 6, 1, 2, 1, 2, 2, 1};
 struct Notifier {
   std::int64_t collections = 0;
   bool unreachableSent = false;
-  bool havePorts = false;
-  std::map<long, long> operStatus;  // by ifIndex, after the last collection seen
+  // The last model whose interfaces were its collection's own.
+  std::shared_ptr<const Model::SwitchModel> before;
 };
 Notifier notifier;
 
@@ -66,18 +66,18 @@ void SendCollector(const std::vector<oid>& notification, const Domain::Collector
   snmp_free_varbind(list);
 }
 
-void SendLink(bool up, const Standard::InterfaceRow& row) {
-  const auto column = [&row](oid arc) {
+void SendLink(bool up, long ifIndex, long adminStatus, long operStatus) {
+  const auto column = [ifIndex](oid arc) {
     std::vector<oid> name = kIfEntry;
     name.push_back(arc);
-    name.push_back(static_cast<oid>(row.IfIndex()));
+    name.push_back(static_cast<oid>(ifIndex));
     return name;
   };
   netsnmp_variable_list* list = nullptr;
   AddOid(&list, kSnmpTrapOid, up ? kLinkUp : kLinkDown);
-  AddInteger(&list, column(1), row.IfIndex());
-  AddInteger(&list, column(7), row.adminStatus);
-  AddInteger(&list, column(8), row.operStatus);
+  AddInteger(&list, column(1), ifIndex);
+  AddInteger(&list, column(7), adminStatus);
+  AddInteger(&list, column(8), operStatus);
   send_v2trap(list);
   snmp_free_varbind(list);
 }
@@ -96,30 +96,50 @@ void CheckCollector(const Domain::CollectorHealthMetric& health) {
   }
 }
 
-// Ports present at both collections whose operational state went to or left up(1).
-void CheckLinks() {
-  auto& rows = Standard::SharedRows();
-  rows.Refresh();
-  std::map<long, long> now;
-  for (const Standard::InterfaceRow* row : rows.Rows()) {
-    now[row->IfIndex()] = row->operStatus;
-    const auto before = notifier.operStatus.find(row->IfIndex());
-    if (!notifier.havePorts || before == notifier.operStatus.end()) continue;
-    const bool wasUp = before->second == 1;
-    const bool isUp = row->operStatus == 1;
-    if (wasUp != isUp) SendLink(isUp, *row);
+// The interfaces IF-MIB serves in both models whose link went to or left up,
+// in ifIndex order.
+void CheckLinks(const Model::SwitchModel& before) {
+  const auto& layout = Standard::ProjectedLayout();
+  std::vector<std::pair<long, std::pair<const Model::Interface*, const Model::Port*>>> served;
+  for (const auto& port : layout.ports) served.push_back({port.ifIndex, {port.owner, port.port}});
+  for (const auto& aggregate : layout.aggregates) {
+    served.push_back({aggregate.ifIndex, {aggregate.interface, nullptr}});
   }
-  notifier.operStatus = std::move(now);
-  notifier.havePorts = true;
+  std::sort(served.begin(), served.end());
+  for (const auto& [ifIndex, item] : served) {
+    const auto [owner, port] = item;
+    Model::LinkState link, was;
+    if (port != nullptr) {
+      const Model::Port* old = before.FindPort(port->name);
+      if (old == nullptr) continue;
+      link = port->link;
+      was = old->link;
+    } else {
+      const Model::Interface* old = before.FindInterface(owner->name);
+      if (old == nullptr) continue;
+      link = owner->link;
+      was = old->link;
+    }
+    const bool isUp = link == Model::LinkState::Up;
+    if ((was == Model::LinkState::Up) == isUp) continue;
+    SendLink(isUp, ifIndex, owner->status == OrvoViaSwitch::Domain::Dto::IfStatus::Disabled ? 2 : 1,
+             isUp                             ? 1
+             : link == Model::LinkState::Down ? 2
+                                              : 4);
+  }
 }
 
 void Poll(unsigned int, void*) {
-  const auto health = Monitoring::MonitoringProcessor::monitoringValues.collectorHealth.Value();
+  Standard::RefreshProjections();
+  const auto& model = Standard::ProjectedModel();
+  const auto& health = model->collection.health;
   if (health.collections == notifier.collections) return;
   notifier.collections = health.collections;
   CheckCollector(health);
-  // A collection that reached no switch says nothing of its ports.
-  if (health.state != Domain::CollectorState::Unreachable) CheckLinks();
+  // A collection that reached no switch says nothing of its interfaces.
+  if (!model->collection.interfacesCurrent) return;
+  if (notifier.before) CheckLinks(*notifier.before);
+  notifier.before = model;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "SortedTable.h"
 
 #include <algorithm>
+#include <map>
 
 namespace Arq::Snmp::Standard {
 namespace {
@@ -107,11 +108,17 @@ int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
 
 namespace {
 
+std::map<std::string, RegisteredView>& Registry() {
+  static std::map<std::string, RegisteredView> registry;
+  return registry;
+}
+
 netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
                                        std::vector<oid> root, unsigned firstColumn,
                                        unsigned lastColumn, bool range, ISortedTable* table) {
   // Lives as long as the registration: the process.
   auto* registered = new Registered{table, std::move(entry), firstColumn, lastColumn};
+  Registry()[name] = {table, firstColumn, lastColumn};
   netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
       name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
   registration->handler->myvoid = registered;
@@ -141,6 +148,11 @@ netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::v
   std::vector<oid> root = group;
   root.push_back(firstArc);
   return Register(name, group, root, firstArc, lastArc, true, table);
+}
+
+RegisteredView FindRegistered(const std::string& name) {
+  const auto found = Registry().find(name);
+  return found == Registry().end() ? RegisteredView{} : found->second;
 }
 
 void SetInteger(netsnmp_variable_list* var, long value) {

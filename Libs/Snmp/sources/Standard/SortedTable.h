@@ -48,6 +48,15 @@ netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::v
                                                   unsigned firstArc, unsigned lastArc,
                                                   ISortedTable* table);
 
+// A registered table by its registration name, with its served columns
+// (nullptr table when there is none): how the in-process tests reach a view.
+struct RegisteredView {
+  ISortedTable* table = nullptr;
+  unsigned firstColumn = 0;
+  unsigned lastColumn = 0;
+};
+RegisteredView FindRegistered(const std::string& name);
+
 // Value setters for the syntaxes of the standard tables.
 void SetInteger(netsnmp_variable_list* var, long value);
 void SetUnsigned(netsnmp_variable_list* var, u_char type,

@@ -36,6 +36,9 @@ class FakeMonitoringCollector : public IMonitoringCollector {
   explicit FakeMonitoringCollector(Clock clock, unsigned seed = 1);
 
   void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) override;
+  std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> TakeModel() override {
+    return std::move(conversion_.model);
+  }
 
   // The switch as seen `elapsed` after start-up.
   static SwitchSnapshot Snapshot(std::chrono::nanoseconds elapsed, unsigned seed = 1);

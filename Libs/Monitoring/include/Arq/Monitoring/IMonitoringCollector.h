@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
 
 namespace Arq::Monitoring {
@@ -14,6 +17,9 @@ class IMonitoringCollector {
   // should end as soon as it can. Nothing to do for a collector that never
   // waits on anything.
   virtual void Interrupt() {}
+  // The typed model of the last collection, once: nothing when that
+  // collection gave none (it was cut short, or the collector keeps no model).
+  virtual std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> TakeModel() { return nullptr; }
 };
 
 }  // namespace Arq::Monitoring

@@ -8,6 +8,7 @@
 
 #include "Arq/Monitoring/IMonitoringCollector.h"
 #include "Arq/Monitoring/IMonitoringProcessorConfigurator.h"
+#include "Arq/OrvoViaSwitch/Domain/Model/SwitchModelStore.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
 #include "Arq/Worker/StoppableWorker.h"
 
@@ -39,14 +40,19 @@ class MonitoringProcessor final : public Worker::StoppableWorker,
 
   // The one values set of the process, shared with the SNMP handlers.
   static OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s monitoringValues;
+  // The typed model of the switch, with the collection's health, replaced
+  // whole after each collection and each change of health: what the
+  // standard views are projected from.
+  static OrvoViaSwitch::Domain::Model::SwitchModelStore switchModel;
 
  private:
   void Loop();
   void WaitForCollectInterval();
   void Collect();
   void Wake();
-  // Stores the health record, with the options in force, into the values set.
-  void PublishHealth();
+  // Stores the health record, with the options in force, into the values set
+  // and, with `model` or else the last published switch data, as a new model.
+  void PublishHealth(std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> model = nullptr);
 
   // Plain fields: written by the configuring thread, read by the collection
   // thread after the wake-up the write causes.

@@ -36,6 +36,9 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
 
   void Collect(OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s* values) override;
   void Interrupt() override;
+  std::shared_ptr<OrvoViaSwitch::Domain::Model::SwitchModel> TakeModel() override {
+    return std::move(conversion_.model);
+  }
 
  private:
   // The member port names of every interface, in key order, each name once

@@ -27,6 +27,8 @@ class SnmpMaster {
   void AppendConfig(const std::string& lines);
 
   std::string Address() const { return "udp:127.0.0.1:" + std::to_string(port_); }
+  // Its folder; the agents' persistent folder is "persist" in it.
+  const std::string& Dir() const { return dir_; }
   // SNMPCONFPATH, SNMP_PERSISTENT_DIR and MIBS for snmpd, the sub-agent and the tools.
   std::map<std::string, std::string> Environment() const;
 

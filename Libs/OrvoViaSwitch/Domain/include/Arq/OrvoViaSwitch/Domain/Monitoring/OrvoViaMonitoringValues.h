@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 
-#include "Arq/OrvoViaSwitch/Domain/Dto/LldpConfig.h"
-#include "Arq/OrvoViaSwitch/Domain/Dto/LldpInfo.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/Metrics.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/MonitoringValueThreadSafe.h"
@@ -39,20 +37,6 @@ struct OrvoViaMonitoringValues_s {
       lLDPInfoMetrics;
   MonitoringValueThreadSafe<Dto::Metrics::LLDPMetric> lLDPMetric;
   MonitoringValueThreadSafe<Dto::Metrics::ConfigMetric> currentConfigMetric;
-
-  // For the standard views (IF-MIB, LLDP-MIB): each interface's description
-  // and MAC address, in the slots of the interface metrics above; each
-  // neighbour's TLVs as received, in the slots of the neighbour metrics; the
-  // switch's own LLDP configuration.
-  std::array<MonitoringValueThreadSafe<Dto::Metrics::InterfaceDetailsMetric>,
-             kMaxEthernetInterfaces>
-      ethernetInterfaceDetails;
-  std::array<MonitoringValueThreadSafe<Dto::Metrics::InterfaceDetailsMetric>, kMaxPRSInterfaces>
-      pRSInterfaceDetails;
-  std::array<MonitoringValueThreadSafe<Dto::Metrics::InterfaceDetailsMetric>, kMaxLAGInterfaces>
-      lAGInterfaceDetails;
-  std::array<MonitoringValueThreadSafe<Dto::LldpInfo>, kMaxLLDPInfos> lLDPNeighbourTlvs;
-  MonitoringValueThreadSafe<Dto::LldpConfig> lLDPLocalConfig;
 
   // The collector's own health (written by the collection thread), the ten
   // switch calls (by the collector), the daemon (at start-up, and the log

@@ -150,17 +150,4 @@ struct LLDPInfoMetric {
   bool operator!=(const LLDPInfoMetric& other) const { return !(*this == other); }
 };
 
-// What the standard MIB views (IF-MIB) show of an interface beyond its metric:
-// kept apart so that the private MIB's metrics and their change times stay
-// exactly as they are.
-struct InterfaceDetailsMetric {
-  std::string description;
-  std::string macAddress;  // as the switch writes it ("02:A0:C9:10:00:11")
-
-  bool operator==(const InterfaceDetailsMetric& other) const {
-    return description == other.description && macAddress == other.macAddress;
-  }
-  bool operator!=(const InterfaceDetailsMetric& other) const { return !(*this == other); }
-};
-
 }  // namespace Arq::OrvoViaSwitch::Domain::Dto::Metrics

@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
+#include "Modules.h"
+#include "Standard/Projection.h"
+
+// The standard views as pure functions of a switch model, in-process and with
+// no snmpd: a hand-built model is projected, and the cells of the registered
+// tables are read exactly as a request reads them.
+namespace {
+
+namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
+namespace Model = Arq::OrvoViaSwitch::Domain::Model;
+namespace Standard = Arq::Snmp::Standard;
+
+class ProjectionTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
+    init_agent("arq-projection-test");
+    Arq::Snmp::init_ifMib();
+    Arq::Snmp::init_lldpMib();
+  }
+
+  void Project(Model::SwitchModel model) {
+    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)), indexes);
+  }
+
+  // The cell "<column>.<index arcs>" of a view as snmpwalk prints it, or
+  // "absent".
+  static std::string Cell(const std::string& view, const std::string& cell) {
+    const auto registered = Standard::FindRegistered(view);
+    if (registered.table == nullptr) return "no view " + view;
+    for (unsigned column = registered.firstColumn; column <= registered.lastColumn; ++column) {
+      for (std::size_t row = 0; row < registered.table->Rows(); ++row) {
+        std::string name = std::to_string(column);
+        for (const oid arc : registered.table->Index(row)) name += "." + std::to_string(arc);
+        if (name != cell) continue;
+        netsnmp_variable_list var{};
+        if (!registered.table->Answer(row, column, &var)) return "absent";
+        const std::string text = Render(var);
+        snmp_free_var_internals(&var);
+        return text;
+      }
+    }
+    return "absent";
+  }
+
+  using Views = std::map<std::string, std::map<std::string, std::string>>;
+  static void ExpectCells(const Views& expected) {
+    for (const auto& [view, cells] : expected) {
+      for (const auto& [cell, value] : cells) EXPECT_EQ(Cell(view, cell), value) << view << cell;
+    }
+  }
+
+  static std::string Render(const netsnmp_variable_list& var) {
+    char text[1024];
+    const oid name[] = {0};
+    snprint_value(text, sizeof text, name, 1, &var);
+    return text;
+  }
+
+  Standard::InterfaceIndex indexes{""};
+};
+
+Model::Port Port(const std::string& name, Dto::EthSpeed speed, Model::LinkState link,
+                 std::uint64_t octets) {
+  Model::Port port;
+  port.name = name;
+  port.speed = speed;
+  port.link = link;
+  port.counters[Dto::EthCounterIndex::NbOfGoodOctetsReceived] = octets;
+  port.counters[Dto::EthCounterIndex::NbOfCrcErrorEvents] = 1;
+  port.hasInfo = port.hasCounters = port.hasRates = true;
+  return port;
+}
+
+Model::Interface Interface(const std::string& name, Dto::IfType type,
+                           std::vector<std::size_t> members, Model::LinkState link,
+                           Dto::IfStatus status = Dto::IfStatus::Enabled) {
+  Model::Interface interface;
+  interface.name = name;
+  interface.type = type;
+  interface.status = status;
+  interface.members = std::move(members);
+  interface.consistent = true;
+  interface.link = link;
+  interface.description = name + " described";
+  interface.mac = Model::MacAddress{0x02, 0xa0, 0xc9, 0, 0, static_cast<std::uint8_t>(name.size())};
+  return interface;
+}
+
+// eth1 over 1/1 (listed again in lag1, where its row is not repeated), lag1
+// over 1/1, 1/2 (both up) and 1/3 (down), prs1 over 2/1 and 2/2, eth9
+// disabled, and an interface whose data did not hold together.
+Model::SwitchModel Switch() {
+  using L = Model::LinkState;
+  Model::SwitchModel model;
+  model.ports = {Port("1/1", Dto::EthSpeed::S10G, L::Up, 100),
+                 Port("1/2", Dto::EthSpeed::S25G, L::Up, 200),
+                 Port("1/3", Dto::EthSpeed::S10G, L::Down, 300),
+                 Port("2/1", Dto::EthSpeed::S1G, L::Up, 400),
+                 Port("2/2", Dto::EthSpeed::S10G, L::Up, 500),
+                 Port("1/9", Dto::EthSpeed::S10G, L::Down, 600),
+                 Port("1/7", Dto::EthSpeed::S10G, L::Up, 700)};
+  model.interfaces = {
+      Interface("eth1", Dto::IfType::Ethernet, {0}, L::Up),
+      Interface("lag1", Dto::IfType::BasicLag, {0, 1, 2}, L::Up),
+      Interface("prs1", Dto::IfType::BasicPrs, {3, 4}, L::Up),
+      Interface("eth9", Dto::IfType::Ethernet, {5}, L::Down, Dto::IfStatus::Disabled),
+      Interface("broken", Dto::IfType::Ethernet, {6}, L::Up)};
+  model.interfaces.back().consistent = false;
+  return model;
+}
+
+TEST_F(ProjectionTest, InterfaceViewsServeEveryConsistentInterfaceOnce) {
+  Project(Switch());
+  // clang-format off
+  const Views expected{
+      {"ifTable",
+       {{"1.1001", "INTEGER: 1001"}, {"2.1001", "STRING: \"eth1\""},
+        {"2.1002", "STRING: \"lag1 port 1/2\""}, {"2.200001", "STRING: \"prs1\""},
+        {"3.1001", "INTEGER: 6"}, {"3.100001", "INTEGER: 161"}, {"3.200001", "INTEGER: 53"},
+        {"6.1001", "Hex-STRING: 02 A0 C9 00 00 04 "}, {"6.1002", "\"\""},
+        {"7.1009", "INTEGER: 2"}, {"8.1009", "INTEGER: 2"}, {"8.1003", "INTEGER: 2"},
+        {"8.100001", "INTEGER: 1"}, {"5.100001", "Gauge32: 4294967295"},
+        {"10.100001", "Counter32: 600"}, {"14.1001", "Counter32: 1"},
+        {"14.100001", "Counter32: 3"}, {"1.1007", "absent"}}},
+      {"ifXTable",
+       {{"1.1002", "STRING: \"1/2\""}, {"15.100001", "Gauge32: 35000"},
+        {"15.200001", "Gauge32: 10000"}, {"6.200001", "Counter64: 900"},
+        {"17.1001", "INTEGER: 1"}, {"17.100001", "INTEGER: 2"},
+        {"18.1001", "STRING: \"eth1 described\""}, {"18.1002", "\"\""}}},
+      {"ifStackTable",
+       {{"3.100001.1001", "INTEGER: 1"}, {"3.100001.1003", "INTEGER: 1"},
+        {"3.200001.2002", "INTEGER: 1"}, {"3.0.1009", "INTEGER: 1"}, {"3.1009.0", "INTEGER: 1"},
+        {"3.0.100001", "INTEGER: 1"}, {"3.0.1001", "absent"}, {"3.100001.0", "absent"}}},
+      {"lldpLocPortTable",
+       {{"3.1002", "STRING: \"1/2\""}, {"4.1001", "STRING: \"eth1 described\""},
+        {"4.2001", "STRING: \"prs1 port 2/1\""}, {"3.100001", "absent"}}}};
+  // clang-format on
+  ExpectCells(expected);
+  EXPECT_EQ(Standard::FindRegistered("ifTable").table->Rows(), 8u);
+
+  // While the switch cannot be reached the rows stay, their state unknown.
+  auto unreachable = Switch();
+  unreachable.collection.interfacesCurrent = false;
+  for (auto& port : unreachable.ports) port.link = Model::LinkState::Unknown;
+  for (auto& interface : unreachable.interfaces) interface.link = Model::LinkState::Unknown;
+  Project(unreachable);
+  EXPECT_EQ(Standard::FindRegistered("ifTable").table->Rows(), 8u);
+  EXPECT_EQ(Cell("ifTable", "8.1001"), "INTEGER: 4");
+  EXPECT_EQ(Cell("ifTable", "8.100001"), "INTEGER: 4");
+  EXPECT_EQ(Cell("ifTable", "10.100001"), "Counter32: 600");
+}
+
+TEST_F(ProjectionTest, NeighbourContentIsCutToTheMibAndNeverBreaksARow) {
+  auto model = Switch();
+  Model::LldpNeighbour neighbour;
+  neighbour.localPort = "1/2";
+  neighbour.position = 7;
+  const std::string mac("\x00\x1b\x21\x3a\x4f\x5e", 6);
+  neighbour.chassisId = Model::LldpId{4, mac};
+  neighbour.systemName = std::string(300, 'n');
+  // 254 bytes, then a two-byte character across the 255-byte limit.
+  neighbour.systemDescription = std::string(254, 'd') + "\xc3\xa9" + "x";
+  neighbour.capabilitiesSupported = 0x14;
+  neighbour.capabilitiesEnabled = 0x04;
+  neighbour.managementAddress =
+      Model::LldpManagementAddress{1, std::string("\x0a\x00\x00\x01", 4), 2, 7, std::nullopt};
+  model.neighbours = {neighbour};
+  model.lldpLocal.chassisMac = Model::MacAddress{2, 0xa0, 0xc9, 0x20, 0, 1};
+  model.lldpLocal.systemName = std::string(256, 's');
+  Project(model);
+  const std::string row = ".0.1002.7";
+  const std::string address = row + ".1.4.10.0.0.1";
+  const Views expected{
+      {"lldpRemTable",
+       {{"4" + row, "INTEGER: 4"},
+        {"5" + row, "Hex-STRING: 00 1B 21 3A 4F 5E "},
+        {"7" + row, "absent"},
+        {"8" + row, "absent"},
+        {"9" + row, "STRING: \"" + std::string(255, 'n') + "\""},
+        {"10" + row, "STRING: \"" + std::string(254, 'd') + "\""},
+        {"11" + row, "STRING: \"(\""},
+        {"12" + row, "STRING: \" \""}}},
+      {"lldpRemManAddrTable",
+       {{"3" + address, "INTEGER: 2"}, {"4" + address, "INTEGER: 7"}, {"5" + address, "absent"}}},
+      {"lldpLocalSystemData",
+       {{"1.0", "INTEGER: 4"}, {"3.0", "STRING: \"" + std::string(255, 's') + "\""}}}};
+  ExpectCells(expected);
+}
+
+TEST(LldpNeighbourDecoderTest, ObjectIdentifiersSnmpCannotCarryAreRefused) {
+  using Arcs = std::optional<std::vector<std::uint32_t>>;
+  const auto ones = [](std::size_t count) { return "\x2b" + std::string(count, '\x01'); };
+  const std::vector<std::pair<std::string, Arcs>> cases{
+      {"\x2b\x06\x01", std::vector<std::uint32_t>{1, 3, 6, 1}},
+      {"\x2b\x8f\xff\xff\xff\x7f", std::vector<std::uint32_t>{1, 3, 0xffffffffu}},
+      {"\x2b\x9f\xff\xff\xff\x7f", std::nullopt},  // an arc over 32 bits
+      {"\x2b\x86", std::nullopt},                  // cut inside an arc
+      {"\x2b\x80\x01", std::nullopt},              // a leading zero group
+      {ones(126), std::vector<std::uint32_t>(128, 1)},
+      {ones(127), std::nullopt},  // 129 arcs
+      {"", std::nullopt}};
+  for (const auto& [ber, arcs] : cases) {
+    auto expected = arcs;
+    if (expected && expected->size() == 128) (*expected)[1] = 3;
+    EXPECT_EQ(Arq::Monitoring::DecodeObjectId(ber), expected) << ber.size();
+  }
+}
+
+}  // namespace
