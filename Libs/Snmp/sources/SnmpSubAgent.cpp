@@ -82,6 +82,7 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaCollector();
   init_ifMib();
   init_lldpMib();
+  init_portCounterViews();
 
   if (agentxSubagent == 0) {
     init_vacm();

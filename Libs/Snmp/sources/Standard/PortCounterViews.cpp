@@ -59,7 +59,9 @@ struct Put {
   static bool Counter64(netsnmp_variable_list* var, std::uint64_t value) {
     return SetCounter64(var, value), true;
   }
-  static bool Integer(netsnmp_variable_list* var, long value) { return SetInteger(var, value), true; }
+  static bool Integer(netsnmp_variable_list* var, long value) {
+    return SetInteger(var, value), true;
+  }
   static bool Integer32(netsnmp_variable_list* var, const std::optional<long>& value) {
     return value && Integer(var, *value);
   }
@@ -84,8 +86,10 @@ struct Put {
 };
 
 #define ARQ_COUNT(name) r.counters[Index::name]
-#define ARQ_SERVED_COLUMN(name, number, syntax, ...) \
-  {number, [](const Row& r, netsnmp_variable_list* var) { return Put::syntax(var, __VA_ARGS__); }},
+#define ARQ_SERVED_COLUMN(name, number, syntax, ...)                       \
+  {number, [](const Row& r [[maybe_unused]], netsnmp_variable_list* var) { \
+     return Put::syntax(var, __VA_ARGS__);                                 \
+   }},
 #define ARQ_COLUMN_Export ARQ_SERVED_COLUMN
 #define ARQ_COLUMN_Serve ARQ_SERVED_COLUMN
 #define ARQ_COLUMN_Absent(...)
@@ -103,10 +107,10 @@ struct Put {
 #define ARQ_SOURCE_dot3adAggPortTable &dot3StatsTable
 #define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
 #define ARQ_SOURCE_lldpLocManAddrTable nullptr
-#define ARQ_TABLE(name, mib, arcs, row, columns)                                      \
-  ProjectedTable<row> name = [] {                                                     \
-    using Row = row;                                                                  \
-    return ProjectedTable<Row>({columns(ARQ_COLUMN)}, ARQ_SOURCE_##name);             \
+#define ARQ_TABLE(name, mib, arcs, row, columns)                          \
+  ProjectedTable<row> name = [] {                                         \
+    using Row = row;                                                      \
+    return ProjectedTable<Row>({columns(ARQ_COLUMN)}, ARQ_SOURCE_##name); \
   }();
 
 ARQ_PORT_COUNTER_TABLES(ARQ_TABLE)
@@ -143,8 +147,8 @@ std::string PortList(const std::vector<long>& ports, long largest) {
   return list;
 }
 
-constexpr long kLargestActorPort = 65535;   // dot3adAggPortActorPort, etherStatsIndex
-constexpr long kLargestLldpPort = 512 * 8;  // LldpPortList
+constexpr long kLargestActorPort = 65535;    // dot3adAggPortActorPort, etherStatsIndex
+constexpr long kLargestLldpPort = 512L * 8;  // LldpPortList
 
 PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, long lag) {
   const Model::Port& port = *served.port;
@@ -222,8 +226,7 @@ void Project(const ProjectionContext& context) {
 
 void init_portCounterViews() {
   AddProjector(Project);
-#define ARQ_ARCS(...) \
-  std::vector<oid> { __VA_ARGS__ }
+#define ARQ_ARCS(...) std::vector<oid>{__VA_ARGS__}
 #define ARQ_REGISTER(name, mib, arcs, row, columns) Register(#name, ARQ_ARCS arcs, name);
   ARQ_PORT_COUNTER_TABLES(ARQ_REGISTER)
 #undef ARQ_REGISTER
