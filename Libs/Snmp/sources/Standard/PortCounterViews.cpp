@@ -115,7 +115,9 @@ struct Put {
 
 ARQ_PORT_COUNTER_TABLES(ARQ_TABLE)
 
-// Half-duplex frames sent: a port that sent any runs, or ran, half duplex.
+// dot3StatsDuplexStatus: unknown(1) unless the link is up; the KR modes and
+// 1000BASE-X run full duplex only; an SGMII port that has sent frames in half
+// duplex runs, or ran, half duplex (the switch reports no duplex setting).
 long Duplex(const Model::Port& port) {
   if (port.link != Model::LinkState::Up) return 1;
   switch (port.mode) {
