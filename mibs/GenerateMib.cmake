@@ -1,6 +1,7 @@
 # cmake -DIN=<template> -DOUT=<module file> -DARQ_ENTERPRISE_NUMBER=<n> -P GenerateMib.cmake
 # Writes the MIB module with the deployment's enterprise number, the object
-# identifiers of the modules' table (@OID_<name>@), and the counter columns of
+# identifiers of the modules' table (@OID_<name>@), the text widths of the
+# modules' shapes (@WIDTH_<text>@, TableShapes.def), and the counter columns of
 # the port tables from the domain's list of Ethernet counters. In the template, one line stands for all the counters of a port:
 #   @ETH_COUNTERS SEQUENCE <prefix>@   their lines in the entry's SEQUENCE;
 #   @ETH_COUNTERS OBJECTS <prefix> <entry> <first column> "<port>"@
@@ -20,6 +21,14 @@ foreach(counter IN LISTS counters)
 endforeach()
 include(${CMAKE_CURRENT_LIST_DIR}/ObjectIdentifiers.cmake)
 arq_mib_object_identifiers(${IN} ${CMAKE_CURRENT_LIST_DIR}/../Libs/Snmp/sources/ObjectIdentifiers.def)
+set(shapes_file ${CMAKE_CURRENT_LIST_DIR}/../Libs/Snmp/sources/TableShapes.def)
+file(STRINGS ${shapes_file} width_lines REGEX "^ARQ_MIB_WIDTH\\(")
+foreach(line IN LISTS width_lines)
+  if(NOT line MATCHES "^ARQ_MIB_WIDTH\\(([A-Za-z]+), ([1-9][0-9]*)\\)$")
+    message(FATAL_ERROR "${shapes_file}: not a width line: ${line}")
+  endif()
+  set(WIDTH_${CMAKE_MATCH_1} ${CMAKE_MATCH_2})
+endforeach()
 
 # Greedy word wrap of a description to lines of at most 78 characters.
 function(wrap_description text out)
@@ -71,12 +80,12 @@ foreach(directive IN LISTS directives)
         message(FATAL_ERROR "${IN}: column ${column} of ${entry} is both counter ${counter} and another object")
       endif()
       string(SUBSTRING ${counter} 4 -1 object)
-      wrap_description("\"Counter ${counter} of ${port}, as the decimal text of a signed 64-bit number (cut to 25 characters).\"" description)
+      wrap_description("\"Counter ${counter} of ${port}, as the decimal text of a signed 64-bit number (cut to ${WIDTH_Counter} characters).\"" description)
       if(NOT text STREQUAL "")
         string(APPEND text "\n\n")
       endif()
       string(APPEND text "arqSwitchOrvoVia${prefix}${object} OBJECT-TYPE\n"
-                         "    SYNTAX      DisplayString (SIZE (0..25))\n"
+                         "    SYNTAX      DisplayString (SIZE (0..${WIDTH_Counter}))\n"
                          "    MAX-ACCESS  read-only\n"
                          "    STATUS      current\n"
                          "    DESCRIPTION\n"
@@ -88,6 +97,30 @@ foreach(directive IN LISTS directives)
     message(FATAL_ERROR "${IN}: cannot read the line \"${directive}\"")
   endif()
   string(REPLACE "${directive}" "${text}" module "${module}")
+endforeach()
+
+# Every width the template names is declared; every table has the columns
+# its shape gives: its own, then those of each Ethernet port it carries.
+string(REGEX MATCHALL "@WIDTH_[A-Za-z]*@" used "${module}")
+foreach(placeholder IN LISTS used)
+  string(REGEX REPLACE "^@(.*)@$" "\\1" variable "${placeholder}")
+  if(NOT DEFINED ${variable})
+    message(FATAL_ERROR "${IN}: ${placeholder} is not in ${shapes_file}")
+  endif()
+endforeach()
+list(LENGTH counters counter_count)
+file(STRINGS ${shapes_file} table_lines REGEX "^ARQ_MIB_TABLE\\(")
+foreach(line IN LISTS table_lines)
+  if(NOT line MATCHES "^ARQ_MIB_TABLE\\(([A-Za-z0-9]+)Table, [A-Za-z]+, ([0-9]+), ([0-9]+)\\)$")
+    message(FATAL_ERROR "${shapes_file}: not a table line: ${line}")
+  endif()
+  set(entry ${CMAKE_MATCH_1}Entry)
+  math(EXPR expected "1 + ${CMAKE_MATCH_2} + ${CMAKE_MATCH_3} * (6 + ${counter_count})")
+  string(REGEX MATCHALL "::= { ${entry} [0-9]+ }" columns "${module}")
+  list(LENGTH columns count)
+  if(NOT count EQUAL expected)
+    message(FATAL_ERROR "${IN}: ${entry} has ${count} columns, ${shapes_file} gives ${expected}")
+  endif()
 endforeach()
 
 string(CONFIGURE "${module}" module @ONLY)

@@ -12,6 +12,7 @@
 #include <thread>
 #include <tuple>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Daemon.h"
 #include "Standard/PortCounterTables.h"
 
@@ -54,10 +55,11 @@ class MonitoringToolsTest : public testing::Test {
     ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 3", 10s)) << setup.Stderr();
   }
   void StartSwitch() {
-    simulator = std::make_unique<ChildProcess>(
-        std::vector<std::string>{ARQ_SIMULATOR_PATH, "--port", std::to_string(port), "--scenario",
-                                 std::string(ARQ_SOURCE_DIR) + "/etc/simulator/full-capacity.json"},
-        std::map<std::string, std::string>{}, setup.Dir().File("simulator.out"));
+    simulator = Arq::TestSupport::StartSimulator(
+                    {ARQ_SIMULATOR_PATH, "--port", std::to_string(port), "--scenario",
+                     std::string(ARQ_SOURCE_DIR) + "/etc/simulator/full-capacity.json"},
+                    setup.Dir().File("simulator.out"))
+                    .process;
     // 48 Ethernet ports, 24 PRS interfaces of 2 ports, 3 LAGs of 6 ports.
     ASSERT_TRUE(
         WaitUntil([&] { return setup.Master().Get("1.3.6.1.2.1.2.1.0") == "INTEGER: 141"; }, 15s));
@@ -277,10 +279,7 @@ TEST_F(MonitoringToolsTest, CollectdWritesEveryInterfaceWithItsRatesAndNoEmptyIn
   expect("prs", 1, 24, "gauge-prs_port_a_state-"), expect("prs", 1, 24, "gauge-prs_port_b_state-");
   expect("3_", 1, 6, "gauge-lag1_port_state-"), expect("3_", 7, 12, "gauge-lag2_port_state-");
   expect("3_", 13, 18, "gauge-lag3_port_state-"), expect("", 0, 4, "gauge-ptp_clock_mode-");
-  for (const char* call :
-       {"Interfaces:GetIfList", "Interfaces:GetInfo", "Ethernet:GetEthInfo", "Interfaces:GetCnt",
-        "Interfaces:GetStats", "Interfaces:GetMainMacAddr", "LLDP:GetConfig", "LLDP:GetInfo",
-        "PTP:GetConfig", "Config:GetCurrentConfig"}) {
+  for (const char* call : Arq::OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames) {
     expected.insert(std::string("derive-call_failures-") + call);
   }
   expected.insert({"gauge-collector_state", "gauge-collector_consecutive_failures",

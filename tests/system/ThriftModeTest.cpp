@@ -124,14 +124,9 @@ class ThriftModeTest : public testing::Test {
                                                        : std::string(ARQ_SOURCE_DIR) +
                                                              "/etc/simulator/" + scenario});
     }
-    simulator = std::make_unique<ChildProcess>(command, std::map<std::string, std::string>{},
-                                               setup.Dir().File("simulator.out"));
-    ASSERT_TRUE(WaitUntil(
-        [&] {
-          return ReadFile(setup.Dir().File("simulator.out"))
-                     .find("listening on port " + std::to_string(port)) != std::string::npos;
-        },
-        10s));
+    auto started = Arq::TestSupport::StartSimulator(command, setup.Dir().File("simulator.out"));
+    simulator = std::move(started.process);
+    ASSERT_EQ(started.port, port);
   }
   void StopSimulator() {
     simulator->Signal(SIGKILL);

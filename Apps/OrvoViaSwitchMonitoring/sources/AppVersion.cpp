@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Arq/OrvoViaSwitchMonitoring/Constants.h"
+#include "Arq/OrvoViaSwitchMonitoring/Defaults.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
 
@@ -31,43 +32,62 @@ void PrintVersion::Print(
 
 namespace {
 
-struct ParameterLine {
-  const char* keyword;
-  const char* example;
-  const char* placeholder;
-  int blanks;
-  const char* description;
-};
-
 using namespace Constants;
 
-const ParameterLine kParameters[] = {
-    {LOGGER_CONFIGURATIONS_PATH_ARG, "./LoggerConfigurationsForMonitoring.cfg", "<filepath>", 56,
-     "full logger configurations path (multiple loggers are supported)"},
-    {REDIRECT_OUTPUT_ARG, "/mnt/APPS/data/log/orvoviaswitchWarden.log", "<filepath>", 67,
-     "full file name to which the standard output will be redirected"},
-    {REDIRECT_OUTPUT_SPLIT_PERIOD_ARG, "300", "<period>", 56,
-     "wait period before to check the redirect output file size before to split (express in "
-     "seconds -> default = 300 seconds)"},
-    {REDIRECT_OUTPUT_FILE_SIZE_ARG, "26214400", "<size>", 61,
-     "maximum size of the redirect output file before a split (express in bytes)"},
-    {REMOTE_IP_ADDRESS_ARG, "127.0.0.1", "<ip address>", 62,
-     "remote ip address used by the client thrift"},
-    {REMOTE_PORT_NUMBER_ARG, "9092", "<port>", 68, "remote port number used by the client thrift"},
-    {REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG, "10000", "<Connection Timeout>", 44,
-     "remote thrift connection timeout expressed in milli-seconds"},
-    {REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG, "60000", "<Receive Timeout>", 50,
-     "remote thrift receive timeout expressed in milli-seconds"},
-    {LOG_LEVEL_ARG, "Warning", "<Log Level>", 72, "log level"},
-    {MONITORING_PROCESSOR_MODE_ARG, "Thrift", "<monitoring processor mode type>", 35,
-     "monitoring processor mode type (Thrift = default / Fake)"},
-    {COLLECT_METRICS_PERIOD_ARG, "5", "<period>", 62,
-     "wait period before to collect another sample of metrics (express in seconds -> default = "
-     "5 seconds)"},
-    {DATA_SETUP_FOLDER_ARG, "/data", "<filepath>", 65, "watch folder for dynamic parameters"},
-    {OPTIONS_FILENAME_ARG, "SwitchMonitoringOptions.json", "<filename>", 66,
-     "dynamic parameters filename"},
+// Every description starts at this column after the two leading blanks.
+constexpr std::size_t kDescriptionColumn = 93;
+
+struct ParameterLine {
+  const char* keyword;
+  std::string example;
+  const char* placeholder;
+  std::string description;
+  std::size_t column = kDescriptionColumn;
 };
+
+std::string Seconds(int seconds) {
+  return "(express in seconds -> default = " + std::to_string(seconds) + " seconds)";
+}
+
+const ParameterLine kParameters[] = {
+    {LOGGER_CONFIGURATIONS_PATH_ARG, "./LoggerConfigurationsForMonitoring.cfg", "<filepath>",
+     "full logger configurations path (multiple loggers are supported)"},
+    {REDIRECT_OUTPUT_ARG, "/mnt/APPS/data/log/orvoviaswitchWarden.log", "<filepath>",
+     "full file name to which the standard output will be redirected"},
+    {REDIRECT_OUTPUT_SPLIT_PERIOD_ARG, std::to_string(Defaults::kRedirectOutputSplitPeriod),
+     "<period>",
+     "wait period before to check the redirect output file size before to split " +
+         Seconds(Defaults::kRedirectOutputSplitPeriod)},
+    {REDIRECT_OUTPUT_FILE_SIZE_ARG, std::to_string(Defaults::kRedirectOutputFileSize), "<size>",
+     "maximum size of the redirect output file before a split (express in bytes)"},
+    // The one description that has always started a column to the left.
+    {REMOTE_IP_ADDRESS_ARG, "127.0.0.1", "<ip address>",
+     "remote ip address used by the client thrift", kDescriptionColumn - 1},
+    {REMOTE_PORT_NUMBER_ARG, std::to_string(Defaults::kRemotePortNumber), "<port>",
+     "remote port number used by the client thrift"},
+    {REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG,
+     std::to_string(Defaults::kRemoteConnectionTimeout), "<Connection Timeout>",
+     "remote thrift connection timeout expressed in milli-seconds"},
+    {REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG, std::to_string(Defaults::kRemoteReceiveTimeout),
+     "<Receive Timeout>", "remote thrift receive timeout expressed in milli-seconds"},
+    {LOG_LEVEL_ARG, Defaults::kLogLevel, "<Log Level>", "log level"},
+    {MONITORING_PROCESSOR_MODE_ARG, Defaults::kMonitoringProcessorMode,
+     "<monitoring processor mode type>",
+     std::string("monitoring processor mode type (") + Defaults::kMonitoringProcessorMode +
+         " = default / Fake)"},
+    {COLLECT_METRICS_PERIOD_ARG, std::to_string(Defaults::kCollectMetricsPeriod), "<period>",
+     "wait period before to collect another sample of metrics " +
+         Seconds(Defaults::kCollectMetricsPeriod)},
+    {DATA_SETUP_FOLDER_ARG, Defaults::kDataSetupFolder, "<filepath>",
+     "watch folder for dynamic parameters"},
+    {OPTIONS_FILENAME_ARG, Defaults::kOptionsFilename, "<filename>", "dynamic parameters filename"},
+};
+
+// Two blanks, the words, blanks up to the description's column, the description.
+std::string UsageLine(const std::string& words, const std::string& description,
+                      std::size_t column = kDescriptionColumn) {
+  return "  " + words + std::string(column - words.size(), ' ') + description + "\n";
+}
 
 }  // namespace
 
@@ -80,14 +100,12 @@ void PrintUsage::Print() {
   text += " \n";
   text += "\n";
   text += "Miscellaneous:\n";
-  text += std::string("  -v, --version") + std::string(80, ' ') +
-          "display version information and exit\n";
-  text += std::string("  -h, --help") + std::string(83, ' ') + "display this help text and exit\n";
+  text += UsageLine("-v, --version", "display version information and exit");
+  text += UsageLine("-h, --help", "display this help text and exit");
   text += "\n";
   text += "Parameters:\n";
   for (const auto& line : kParameters) {
-    text += std::string("  ") + line.keyword + line.placeholder +
-            std::string(static_cast<std::size_t>(line.blanks), ' ') + line.description + "\n";
+    text += UsageLine(std::string(line.keyword) + line.placeholder, line.description, line.column);
   }
   std::cout << text;
   std::cout.flush();

@@ -10,6 +10,7 @@
 #include "Arq/LogBanner/LogBanner.h"
 #include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/OrvoViaSwitchMonitoring/AppVersion.h"
+#include "Arq/OrvoViaSwitchMonitoring/Defaults.h"
 #include "Arq/OrvoViaSwitchMonitoring/InputParameters.h"
 #include "Arq/OrvoViaSwitchMonitoring/MonitoringProcessorFactory.h"
 #include "Arq/OrvoViaSwitchMonitoring/Services.h"
@@ -66,9 +67,14 @@ void LogInputParameters(const std::shared_ptr<ILogger>& logger,
 
 int RunDaemon(int argc, const char** argv) {
   int exitCode = 0;
-  auto defaults = std::make_unique<InputParameters>(300, 26214400, 9092, 10000, 60000, "Warning",
-                                                    MonitoringProcessorMode::Thrift, 5, "/data",
-                                                    "SwitchMonitoringOptions.json");
+  auto defaults = std::make_unique<InputParameters>(
+      Defaults::kRedirectOutputSplitPeriod, Defaults::kRedirectOutputFileSize,
+      Defaults::kRemotePortNumber, Defaults::kRemoteConnectionTimeout,
+      Defaults::kRemoteReceiveTimeout, Defaults::kLogLevel,
+      MonitoringProcessorMode::IsFakeMode(Defaults::kMonitoringProcessorMode)
+          ? MonitoringProcessorMode::Fake
+          : MonitoringProcessorMode::Thrift,
+      Defaults::kCollectMetricsPeriod, Defaults::kDataSetupFolder, Defaults::kOptionsFilename);
   std::unique_ptr<InputParameters::Parameters> parameters;
   std::unique_ptr<Worker::IWorker> redirectOutputWorker;
   std::shared_ptr<ILogger> logger;

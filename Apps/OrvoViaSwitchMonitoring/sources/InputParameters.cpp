@@ -3,11 +3,13 @@
 #include <stdexcept>
 
 #include "Arq/OrvoViaSwitchMonitoring/Constants.h"
+#include "Arq/OrvoViaSwitchMonitoring/Defaults.h"
 #include "Arq/OrvoViaSwitchMonitoring/Exceptions.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
 
 using namespace Constants;
+using namespace Defaults;
 
 InputParameters::InputParameters(int redirectOutputSplitPeriod, long redirectOutputFileSize,
                                  std::uint16_t remotePortNumber, int remoteConnectionTimeout,
@@ -45,8 +47,12 @@ InputParameters::Parameters InputParameters::Parse(int argc, const char** argv) 
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
     // Prefix matching, in this order: "-verbose" counts as the version flag.
+    // A malformed number gives the fixed default, not the holder's.
     const auto value = [&](const char* keyword) {
       return argument.substr(std::char_traits<char>::length(keyword));
+    };
+    const auto number = [&](const char* keyword, auto fallback) {
+      return StringToInt(value(keyword), fallback);
     };
     if (StartsWith(argument, LONG_VERSION_ARG) || StartsWith(argument, SHORT_VERSION_ARG)) {
       p.version = true;
@@ -57,19 +63,21 @@ InputParameters::Parameters InputParameters::Parse(int argc, const char** argv) 
     } else if (StartsWith(argument, REDIRECT_OUTPUT_ARG)) {
       p.redirectOutput = value(REDIRECT_OUTPUT_ARG);
     } else if (StartsWith(argument, REDIRECT_OUTPUT_SPLIT_PERIOD_ARG)) {
-      p.redirectOutputSplitPeriod = StringToInt(value(REDIRECT_OUTPUT_SPLIT_PERIOD_ARG), 300);
+      p.redirectOutputSplitPeriod =
+          number(REDIRECT_OUTPUT_SPLIT_PERIOD_ARG, kRedirectOutputSplitPeriod);
     } else if (StartsWith(argument, REDIRECT_OUTPUT_FILE_SIZE_ARG)) {
-      p.redirectOutputFileSize = StringToInt(value(REDIRECT_OUTPUT_FILE_SIZE_ARG), 26214400L);
+      p.redirectOutputFileSize = number(REDIRECT_OUTPUT_FILE_SIZE_ARG, kRedirectOutputFileSize);
     } else if (StartsWith(argument, REMOTE_IP_ADDRESS_ARG)) {
       p.remoteIpAddress = value(REMOTE_IP_ADDRESS_ARG);
     } else if (StartsWith(argument, REMOTE_PORT_NUMBER_ARG)) {
-      p.remotePortNumber = static_cast<std::uint16_t>(
-          StringToInt(value(REMOTE_PORT_NUMBER_ARG), static_cast<short>(9092)));
+      p.remotePortNumber =
+          static_cast<std::uint16_t>(number(REMOTE_PORT_NUMBER_ARG, kRemotePortNumber));
     } else if (StartsWith(argument, REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG)) {
       p.remoteConnectionTimeout =
-          StringToInt(value(REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG), 10000);
+          number(REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG, kRemoteConnectionTimeout);
     } else if (StartsWith(argument, REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG)) {
-      p.remoteReceiveTimeout = StringToInt(value(REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG), 60000);
+      p.remoteReceiveTimeout =
+          number(REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG, kRemoteReceiveTimeout);
     } else if (StartsWith(argument, LOG_LEVEL_ARG)) {
       p.logLevel = arq::logging::ILogger::FromString(value(LOG_LEVEL_ARG));
     } else if (StartsWith(argument, MONITORING_PROCESSOR_MODE_ARG)) {
@@ -78,7 +86,7 @@ InputParameters::Parameters InputParameters::Parse(int argc, const char** argv) 
               ? MonitoringProcessorMode::Fake
               : MonitoringProcessorMode::Thrift;
     } else if (StartsWith(argument, COLLECT_METRICS_PERIOD_ARG)) {
-      p.collectMetricsPeriod = StringToInt(value(COLLECT_METRICS_PERIOD_ARG), 5);
+      p.collectMetricsPeriod = number(COLLECT_METRICS_PERIOD_ARG, kCollectMetricsPeriod);
     } else if (StartsWith(argument, DATA_SETUP_FOLDER_ARG)) {
       p.dataSetupFolder = value(DATA_SETUP_FOLDER_ARG);
     } else if (StartsWith(argument, OPTIONS_FILENAME_ARG)) {

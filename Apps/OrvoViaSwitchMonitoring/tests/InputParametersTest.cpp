@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "Arq/OrvoViaSwitchMonitoring/Constants.h"
+#include "Arq/OrvoViaSwitchMonitoring/Defaults.h"
 #include "Arq/OrvoViaSwitchMonitoring/Exceptions.h"
 #include "Arq/OrvoViaSwitchMonitoring/InputParameters.h"
 
@@ -104,6 +107,65 @@ TEST(InputParametersTest, ArgumentsLandInTheirFieldsOrAreRejectedWhole) {
         EXPECT_EQ(std::string(error.what()),
                   "InputParameters:Parse Invalid Input Parameter " + c.words.back());
       }
+    }
+  }
+}
+
+// The defaults the documents give are the daemon's: the README's keyword table,
+// the man page's "(default ...)" of each keyword, and the environment file's
+// settings (the service's own values, which are the defaults but the address).
+TEST(InputParametersTest, ReadmeManPageAndEnvironmentFileGiveTheDaemonsDefaults) {
+  namespace Defaults = Arq::OrvoViaSwitchMonitoring::Defaults;
+  namespace Keywords = Arq::OrvoViaSwitchMonitoring::Constants;
+  const auto read = [](const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(std::string(ARQ_SOURCE_DIR) + "/" + path).rdbuf();
+    return text.str();
+  };
+  const std::string readme = read("README.md");
+  const std::string manPage = read("doc/OrvoViaSwitchMonitoring.8.in");
+  const std::string environment = read("etc/orvovia-switch-monitoring.default");
+  const struct {
+    const char* keyword;
+    std::string value;
+    std::string manPageText;  // the man page's words for the default
+    const char* variable;     // of the environment file, or none
+  } defaults[] = {
+      {Keywords::REDIRECT_OUTPUT_SPLIT_PERIOD_ARG,
+       std::to_string(Defaults::kRedirectOutputSplitPeriod), "", nullptr},
+      {Keywords::REDIRECT_OUTPUT_FILE_SIZE_ARG, std::to_string(Defaults::kRedirectOutputFileSize),
+       "", nullptr},
+      {Keywords::REMOTE_PORT_NUMBER_ARG, std::to_string(Defaults::kRemotePortNumber), "",
+       "REMOTE_PORT_NUMBER"},
+      {Keywords::REMOTE_CONNECTION_TIMEOUT_IN_MILLISECOND_ARG,
+       std::to_string(Defaults::kRemoteConnectionTimeout), "", "REMOTE_MS_CONNECTION_TIMEOUT"},
+      {Keywords::REMOTE_RECEIVE_TIMEOUT_IN_MILLISECOND_ARG,
+       std::to_string(Defaults::kRemoteReceiveTimeout), "", "REMOTE_MS_RECEIVE_TIMEOUT"},
+      {Keywords::LOG_LEVEL_ARG, Defaults::kLogLevel,
+       std::string(Defaults::kLogLevel) + " \" (default)", "LOG_LEVEL"},
+      {Keywords::MONITORING_PROCESSOR_MODE_ARG, Defaults::kMonitoringProcessorMode,
+       std::string(".B ") + Defaults::kMonitoringProcessorMode + "\n(default",
+       "MONITORING_PROCESSOR_MODE"},
+      {Keywords::COLLECT_METRICS_PERIOD_ARG, std::to_string(Defaults::kCollectMetricsPeriod), "",
+       "COLLECT_METRICS_PERIOD"},
+      {Keywords::DATA_SETUP_FOLDER_ARG, Defaults::kDataSetupFolder,
+       std::string("(default\n.IR ") + Defaults::kDataSetupFolder + " ;", nullptr},
+      {Keywords::OPTIONS_FILENAME_ARG, Defaults::kOptionsFilename,
+       std::string("(default\n.IR ") + Defaults::kOptionsFilename + " ).", nullptr},
+  };
+  for (const auto& d : defaults) {
+    EXPECT_NE(readme.find("| `" + std::string(d.keyword) + "` | " + d.value + " |"),
+              std::string::npos)
+        << d.keyword;
+    // The man page's paragraph of the keyword: from its .BI line to the next .TP.
+    const auto start = manPage.find(".BI " + std::string(d.keyword));
+    const std::string paragraph = manPage.substr(start, manPage.find(".TP", start) - start);
+    const std::string words = d.manPageText.empty() ? "(default " + d.value + ")" : d.manPageText;
+    EXPECT_NE(paragraph.find(words), std::string::npos) << d.keyword << " in:\n" << paragraph;
+    if (d.variable != nullptr) {
+      EXPECT_NE(environment.find("\n" + std::string(d.variable) + "=" + d.value + "\n"),
+                std::string::npos)
+          << d.variable;
     }
   }
 }

@@ -16,7 +16,6 @@
 #include <thrift/transport/TSocket.h>
 #include <thrift/transport/TTransportException.h>
 
-#include <regex>
 #include <thread>
 
 #include "Arq/TestSupport/Process.h"
@@ -26,9 +25,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using Arq::TestSupport::ChildProcess;
-using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::TempDir;
-using Arq::TestSupport::WaitUntil;
 using Arq::TestSupport::WriteFile;
 
 // The simulator as a process; its two ports read from its first line.
@@ -39,19 +36,11 @@ class SimulatorTest : public testing::Test {
   void Start(const std::vector<std::string>& options) {
     std::vector<std::string> argv{ARQ_SIMULATOR_PATH};
     argv.insert(argv.end(), options.begin(), options.end());
-    simulator = std::make_unique<ChildProcess>(argv, std::map<std::string, std::string>{},
-                                               dir.File("simulator.out"));
-    const std::regex line(R"(listening on port (\d+) control (\d+))");
-    ASSERT_TRUE(WaitUntil(
-        [&] {
-          std::smatch match;
-          const std::string out = ReadFile(dir.File("simulator.out"));
-          if (!std::regex_search(out, match, line)) return false;
-          port = std::stoi(match[1]);
-          controlPort = std::stoi(match[2]);
-          return true;
-        },
-        10s));
+    auto started = Arq::TestSupport::StartSimulator(argv, dir.File("simulator.out"));
+    simulator = std::move(started.process);
+    port = started.port;
+    controlPort = started.controlPort;
+    ASSERT_NE(port, 0);
   }
 
   template <typename Client>
@@ -213,17 +202,12 @@ TEST(SimulatorCommandLineTest, UnusableScenarioEndsTheProcessWithTheReason) {
 TEST(SimulatorCommandLineTest, ShippedScenariosAreServed) {
   for (const char* name : {"small.json", "full-capacity.json", "inconsistent.json"}) {
     TempDir dir;
-    ChildProcess simulator(
-        {ARQ_SIMULATOR_PATH, "--scenario", std::string(ARQ_SCENARIO_DIR "/") + name}, {},
+    auto started = Arq::TestSupport::StartSimulator(
+        {ARQ_SIMULATOR_PATH, "--scenario", std::string(ARQ_SCENARIO_DIR "/") + name},
         dir.File("simulator.out"));
-    EXPECT_TRUE(WaitUntil(
-        [&] {
-          return ReadFile(dir.File("simulator.out")).find("listening on port") != std::string::npos;
-        },
-        10s))
-        << name;
-    const std::string out = ReadFile(dir.File("simulator.out"));
-    const int control = std::atoi(out.c_str() + out.find(" control ") + 9);
+    ChildProcess& simulator = *started.process;
+    EXPECT_NE(started.port, 0) << name;
+    const int control = started.controlPort;
     const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;

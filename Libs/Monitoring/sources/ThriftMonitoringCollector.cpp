@@ -3,6 +3,7 @@
 #include <net-snmp/net-snmp-config.h>
 #include <net-snmp/net-snmp-includes.h>
 
+#include <array>
 #include <exception>
 #include <set>
 #include <utility>
@@ -42,29 +43,52 @@ auto CallOnce(const std::atomic<bool>& interrupted, Metrics::CollectorCallMetric
   }
 }
 
+// The services of the switch, and the service of each call of the list.
+enum class Service { Interfaces, Ethernet, LLDP, PTP, Config };
+#define ARQ_SERVICE_OF(service, method) Service::service,
+constexpr std::array kServiceOf{ARQ_COLLECTOR_CALLS(ARQ_SERVICE_OF)};
+#undef ARQ_SERVICE_OF
+
+// The proxy client of a service, made by the factory's method named after it.
+template <Service>
+struct ServiceClient;
+#define ARQ_SERVICE_CLIENT(service)                                                  \
+  template <>                                                                        \
+  struct ServiceClient<Service::service> {                                           \
+    static auto Create(Interfaces::IOrvoViaSwitchMonitoringClientFactory& factory) { \
+      return factory.CreateOrvoViaSwitch##service##ProxyClient();                    \
+    }                                                                                \
+  };
+ARQ_SERVICE_CLIENT(Interfaces)
+ARQ_SERVICE_CLIENT(Ethernet)
+ARQ_SERVICE_CLIENT(LLDP)
+ARQ_SERVICE_CLIENT(PTP)
+ARQ_SERVICE_CLIENT(Config)
+#undef ARQ_SERVICE_CLIENT
+
 }  // namespace
+
+template <std::size_t call, typename Invoke>
+auto ThriftMonitoringCollector::Call(Invoke&& invoke) {
+  return CallOnce(
+      interrupted, calls_[call],
+      [this] { return ServiceClient<kServiceOf[call]>::Create(*clientFactory); },
+      std::forward<Invoke>(invoke));
+}
 
 ThriftMonitoringCollector::ThriftMonitoringCollector(
     std::unique_ptr<Interfaces::IOrvoViaSwitchMonitoringClientFactory> clientFactory)
     : clientFactory(std::move(clientFactory)) {}
 
 std::vector<std::string> ThriftMonitoringCollector::GetInterfaceNames() {
-  return CallOnce(
-      interrupted, calls_[0],
-      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-        return client.GetIfList(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::Interfaces_GetIfList>(
+      [](auto& client) { return client.GetIfList(Dto::Header()); });
 }
 
 std::map<std::string, Dto::IfInfo> ThriftMonitoringCollector::GetInterfacesInformation(
     const std::vector<std::string>& names) {
-  return CallOnce(
-      interrupted, calls_[1],
-      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-        return client.GetIfInfo(Dto::Header(), names);
-      });
+  return Call<Metrics::CollectorCall::Interfaces_GetInfo>(
+      [&names](auto& client) { return client.GetIfInfo(Dto::Header(), names); });
 }
 
 std::vector<std::string> ThriftMonitoringCollector::GetEthNames(
@@ -83,76 +107,45 @@ std::vector<std::string> ThriftMonitoringCollector::GetEthNames(
 
 std::vector<Dto::EthInfo> ThriftMonitoringCollector::GetEthernetInformation(
     const std::vector<std::string>& names) {
-  return CallOnce(
-      interrupted, calls_[2],
-      [this] { return clientFactory->CreateOrvoViaSwitchEthernetProxyClient(); },
-      [&names](Interfaces::IOrvoViaSwitchEthernetClient& client) {
-        return client.GetEthInfo(Dto::Header(), names);
-      });
+  return Call<Metrics::CollectorCall::Ethernet_GetEthInfo>(
+      [&names](auto& client) { return client.GetEthInfo(Dto::Header(), names); });
 }
 
 std::map<std::string, std::vector<Dto::EthCnt>> ThriftMonitoringCollector::GetEthernetCounters(
     const std::vector<std::string>& names) {
-  return CallOnce(
-      interrupted, calls_[3],
-      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-        return client.GetEthCnt(Dto::Header(), names);
-      });
+  return Call<Metrics::CollectorCall::Interfaces_GetCnt>(
+      [&names](auto& client) { return client.GetEthCnt(Dto::Header(), names); });
 }
 
 std::map<std::string, std::vector<Dto::EthStat>> ThriftMonitoringCollector::GetEthernetBandwidths(
     const std::vector<std::string>& names) {
-  return CallOnce(
-      interrupted, calls_[4],
-      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-      [&names](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-        return client.GetEthStats(Dto::Header(), names);
-      });
+  return Call<Metrics::CollectorCall::Interfaces_GetStats>(
+      [&names](auto& client) { return client.GetEthStats(Dto::Header(), names); });
 }
 
 std::string ThriftMonitoringCollector::GetMainMacAddress() {
-  return CallOnce(
-      interrupted, calls_[5],
-      [this] { return clientFactory->CreateOrvoViaSwitchInterfacesProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchInterfacesClient& client) {
-        return client.GetMainMacAddr(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::Interfaces_GetMainMacAddr>(
+      [](auto& client) { return client.GetMainMacAddr(Dto::Header()); });
 }
 
 Dto::LldpConfig ThriftMonitoringCollector::GetLLDPConfiguration() {
-  return CallOnce(
-      interrupted, calls_[6],
-      [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
-        return client.GetLldpConfig(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::LLDP_GetConfig>(
+      [](auto& client) { return client.GetLldpConfig(Dto::Header()); });
 }
 
 std::vector<Dto::LldpInfo> ThriftMonitoringCollector::GetTopology() {
-  return CallOnce(
-      interrupted, calls_[7],
-      [this] { return clientFactory->CreateOrvoViaSwitchLLDPProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchLLDPClient& client) {
-        return client.GetLldpInfo(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::LLDP_GetInfo>(
+      [](auto& client) { return client.GetLldpInfo(Dto::Header()); });
 }
 
 std::vector<Dto::PTPConfig> ThriftMonitoringCollector::GetPTPConfigurations() {
-  return CallOnce(
-      interrupted, calls_[8], [this] { return clientFactory->CreateOrvoViaSwitchPTPProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchPTPClient& client) {
-        return client.GetPTPConfig(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::PTP_GetConfig>(
+      [](auto& client) { return client.GetPTPConfig(Dto::Header()); });
 }
 
 Dto::ConfigFile ThriftMonitoringCollector::GetCurrentConfiguration() {
-  return CallOnce(
-      interrupted, calls_[9],
-      [this] { return clientFactory->CreateOrvoViaSwitchConfigProxyClient(); },
-      [](Interfaces::IOrvoViaSwitchConfigClient& client) {
-        return client.GetCurrentConfig(Dto::Header());
-      });
+  return Call<Metrics::CollectorCall::Config_GetCurrentConfig>(
+      [](auto& client) { return client.GetCurrentConfig(Dto::Header()); });
 }
 
 void ThriftMonitoringCollector::Collect(

@@ -36,10 +36,9 @@ ServerData SharedPortSwitch() {
   return data;
 }
 
-const std::vector<std::string> kCalls = {
-    "Interfaces:GetIfList", "Interfaces:GetInfo",        "Ethernet:GetEthInfo", "Interfaces:GetCnt",
-    "Interfaces:GetStats",  "Interfaces:GetMainMacAddr", "LLDP:GetConfig",      "LLDP:GetInfo",
-    "PTP:GetConfig",        "Config:GetCurrentConfig"};
+const std::vector<std::string> kCalls(
+    std::begin(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames),
+    std::end(OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames));
 
 // The port names asked for are the members of the interfaces in key order,
 // each once; every call gets its own connection.

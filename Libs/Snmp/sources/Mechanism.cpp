@@ -148,11 +148,12 @@ GeneratedRow DefaultRow(const GeneratedRow& shape) {
 }
 
 void AppendEthernetCells(GeneratedRow& row, const Metrics::EthernetMetric& metric) {
-  row.push_back(Cell::Text(metric.ethName, 20));
+  row.push_back(Cell::Text(metric.ethName, Width::Name));
   row.push_back(Cell::Integer(static_cast<long>(metric.mode) + 1));
   row.push_back(Cell::Integer(static_cast<long>(metric.speed) + 1));
   row.push_back(Cell::Integer(metric.state));
-  for (const auto counter : metric.counters) row.push_back(Cell::Text(std::to_string(counter), 25));
+  for (const auto counter : metric.counters)
+    row.push_back(Cell::Text(std::to_string(counter), Width::Counter));
   row.push_back(Cell::Integer(RoundBitsPerSecToMegaBitsPerSec(metric.txSpeed)));
   row.push_back(Cell::Integer(RoundBitsPerSecToMegaBitsPerSec(metric.rxSpeed)));
 }

@@ -18,6 +18,7 @@
 #include "Arq/Monitoring/MonitoringProcessor.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
 #include "Arq/Snmp/Conversions.h"
+#include "TableShapes.h"
 
 namespace Arq::Snmp::Mechanism {
 
@@ -98,7 +99,7 @@ struct Cell {
   ColumnSyntax syntax = ColumnSyntax::Integer;
   long integer = -1;
   std::size_t width = 0;
-  std::array<char, 100> text{};
+  std::array<char, Width::kWidest> text{};
 
   static Cell Integer(long value);
   static Cell Text(const std::string& value, std::size_t width,
@@ -141,8 +142,9 @@ class GeneratedRow {
 // Default content of a new row: " " in text cells, -1 in integer cells.
 GeneratedRow DefaultRow(const GeneratedRow& shape);
 
-// The cells of an EthernetMetric from its text field on: name (20), mode+1,
-// speed+1, state, thirty counters as decimal text (25), the two rates in Mbit/s.
+// The cells of an EthernetMetric (Shape::kEthernetPortColumns) from its text
+// field on: name, mode+1, speed+1, state, the counters as decimal text, the
+// two rates in Mbit/s.
 void AppendEthernetCells(GeneratedRow& row, const Metrics::EthernetMetric& metric);
 
 struct CachedRow {

@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -151,6 +152,24 @@ std::string SendLine(int port, const std::string& line) {
   }
   close(fd);
   return reply;
+}
+
+Simulator StartSimulator(const std::vector<std::string>& argv, const std::string& outputPath) {
+  Simulator simulator;
+  simulator.process =
+      std::make_unique<ChildProcess>(argv, std::map<std::string, std::string>{}, outputPath);
+  const std::regex line(R"(listening on port (\d+) control (\d+))");
+  WaitUntil(
+      [&] {
+        std::smatch match;
+        const std::string out = ReadFile(outputPath);
+        if (!std::regex_search(out, match, line)) return !simulator.process->IsRunning();
+        simulator.port = std::stoi(match[1]);
+        simulator.controlPort = std::stoi(match[2]);
+        return true;
+      },
+      std::chrono::seconds(10));
+  return simulator;
 }
 
 }  // namespace Arq::TestSupport

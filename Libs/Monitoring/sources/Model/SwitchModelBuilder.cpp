@@ -204,7 +204,8 @@ void FillPorts(const SwitchSnapshot& s, Model::SwitchModel& model) {
         port.fecType = info->FecType;
         port.fecTypeState = info->FecTypeState;
         port.isMainPhys = info->IsMainPhys;
-        port.nbPhys = info->NbPhys;
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a signed byte count
+        port.nbPhys = static_cast<int>(info->NbPhys);
       }
       if (counters != nullptr && !port.hasCounters) {
         port.hasCounters = true;
@@ -372,7 +373,8 @@ void BuildPtp(const SwitchSnapshot& s, const Model::SwitchModel& before,
   for (std::size_t i = 0; i < count; ++i) {
     const auto& config = s.ptpConfigs[i];
     auto& domain = model.ptpDomains.emplace_back();
-    domain.domain = config.Domain;
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a signed byte number
+    domain.domain = static_cast<std::int32_t>(config.Domain);
     domain.packetType = config.PacketType;
     domain.clockMode = config.ClockMode;
     domain.profile = config.Profile;

@@ -234,11 +234,8 @@ TEST(ScenarioServingTest, FullCapacityScenarioFillsEveryTable) {
   EXPECT_EQ(log.Count(), 0u);
   // Ten calls, each over a connection of its own, in the collector's order.
   EXPECT_EQ(full.server.Connections(), 10);
-  const std::vector<std::string> methods = {"Interfaces:GetIfList", "Interfaces:GetInfo",
-                                            "Ethernet:GetEthInfo",  "Interfaces:GetCnt",
-                                            "Interfaces:GetStats",  "Interfaces:GetMainMacAddr",
-                                            "LLDP:GetConfig",       "LLDP:GetInfo",
-                                            "PTP:GetConfig",        "Config:GetCurrentConfig"};
+  const auto& names = OrvoViaSwitch::Domain::Dto::Metrics::kCollectorCallNames;
+  const std::vector<std::string> methods(std::begin(names), std::end(names));
   std::vector<std::string> called;
   for (const auto& call : full.server.Behaviour().Calls())
     called.push_back(call.substr(0, call.find(' ')));

@@ -9,6 +9,7 @@
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
 #include "../Standard/Projection.h"
+#include "../TableShapes.h"
 
 namespace Arq::Snmp {
 namespace {
@@ -123,8 +124,8 @@ void init_arqSwitchOrvoViaCollector() {
                       Oid::arqSwitchOrvoViaCollectorState.back(),
                       Oid::arqSwitchOrvoViaCollectorDaemonStartTime.back(), &collectorGroup);
   RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable",
-                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2, 5,
-                      &callTable);
+                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2,
+                      1 + Shape::arqSwitchOrvoViaCollectorCallTable.columns, &callTable);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
 

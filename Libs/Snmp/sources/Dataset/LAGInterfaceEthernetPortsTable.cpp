@@ -4,6 +4,12 @@ namespace Arq::Snmp {
 
 using namespace Mechanism;
 
+// The three LAG tables share this code, so they share one shape.
+static_assert(Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows ==
+                  Shape::arqSwitchOrvoViaLAG2InterfaceEthernetPortsTable.rows &&
+              Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows ==
+                  Shape::arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable.rows);
+
 GeneratedRow data_access_to_generated(const Metrics::EthernetMetric& metric) {
   GeneratedRow row;
   AppendEthernetCells(row, metric);
@@ -13,7 +19,7 @@ GeneratedRow data_access_to_generated(const Metrics::EthernetMetric& metric) {
 void InitializeSwitchOrvoViaLAGInterfaceEthernetPortsTable(
     arqSwitchOrvoViaLAGInterfaceEthernetPortsTable_user_context_s& context) {
   CreateRows(context, data_access_to_generated(Metrics::EthernetMetric()),
-             static_cast<long>(Metrics::kLAGMaxEthernetPorts));
+             Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows);
 }
 
 void update_user_context_from_monitoring(
@@ -37,8 +43,8 @@ void update_user_context_from_monitoring(
 int HandleLAGInterfaceEthernetPortsTable(
     arqSwitchOrvoViaLAGInterfaceEthernetPortsTable_user_context_s& context, unsigned long lagIndex,
     netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
-  return HandleTable(context, static_cast<long>(Metrics::kLAGMaxEthernetPorts), reqinfo, requests,
-                     [&context, lagIndex](long row) {
+  return HandleTable(context, Shape::arqSwitchOrvoViaLAG1InterfaceEthernetPortsTable.rows, reqinfo,
+                     requests, [&context, lagIndex](long row) {
                        update_user_context_from_monitoring(context, lagIndex, row);
                      });
 }

@@ -12,10 +12,10 @@ static arqSwitchOrvoViaEthernetInterfacesTable_user_context_s
 
 GeneratedRow data_access_to_generated(const Metrics::EthernetInterfaceMetric& metric) {
   GeneratedRow row;
-  row.push_back(Cell::Text(metric.name, 20));
+  row.push_back(Cell::Text(metric.name, Width::Name));
   row.push_back(Cell::Integer(metric.status));
   row.push_back(Cell::Integer(metric.vid));
-  row.push_back(Cell::Text(metric.vlanIds, 100));
+  row.push_back(Cell::Text(metric.vlanIds, Width::VlanIds));
   AppendEthernetCells(row, metric.ethernet);
   return row;
 }
@@ -33,14 +33,16 @@ static void update_user_context_from_monitoring(
 
 static void InitializeSwitchOrvoViaEthernetInterfacesTable() {
   CreateRows(arqSwitchOrvoViaEthernetInterfacesTableUserContext,
-             data_access_to_generated(Metrics::EthernetInterfaceMetric()), 48);
+             data_access_to_generated(Metrics::EthernetInterfaceMetric()),
+             Shape::arqSwitchOrvoViaEthernetInterfacesTable.rows);
 }
 
 int arqSwitchOrvoViaEthernetInterfacesTable_handler(netsnmp_mib_handler*,
                                                     netsnmp_handler_registration*,
                                                     netsnmp_agent_request_info* reqinfo,
                                                     netsnmp_request_info* requests) {
-  return HandleTable(arqSwitchOrvoViaEthernetInterfacesTableUserContext, 48, reqinfo, requests,
+  return HandleTable(arqSwitchOrvoViaEthernetInterfacesTableUserContext,
+                     Shape::arqSwitchOrvoViaEthernetInterfacesTable.rows, reqinfo, requests,
                      [](long row) {
                        update_user_context_from_monitoring(
                            arqSwitchOrvoViaEthernetInterfacesTableUserContext, row);

@@ -12,16 +12,16 @@ static arqSwitchOrvoViaHardwareInfosTable_user_context_s
 
 GeneratedRow data_access_to_generated(const Metrics::LLDPInfoMetric& metric) {
   GeneratedRow row;
-  row.push_back(Cell::Text(metric.localInterface, 20));
-  row.push_back(Cell::Text(metric.version, 30));
-  row.push_back(Cell::Text(metric.deviceType, 20));
-  row.push_back(Cell::Text(metric.deviceName, 30));
-  row.push_back(Cell::Text(metric.chassisId, 20));
-  row.push_back(Cell::Text(metric.ipAddress, 20, ColumnSyntax::IpAddress));
-  row.push_back(Cell::Text(metric.macAddress, 20));
-  row.push_back(Cell::Text(metric.interfaceName, 20));
+  row.push_back(Cell::Text(metric.localInterface, Width::HardwareText));
+  row.push_back(Cell::Text(metric.version, Width::HardwareVersion));
+  row.push_back(Cell::Text(metric.deviceType, Width::HardwareText));
+  row.push_back(Cell::Text(metric.deviceName, Width::HardwareDeviceName));
+  row.push_back(Cell::Text(metric.chassisId, Width::HardwareText));
+  row.push_back(Cell::Text(metric.ipAddress, Width::AddressText, ColumnSyntax::IpAddress));
+  row.push_back(Cell::Text(metric.macAddress, Width::HardwareText));
+  row.push_back(Cell::Text(metric.interfaceName, Width::HardwareText));
   row.push_back(Cell::Integer(metric.timeToLive));
-  row.push_back(Cell::Text(metric.serialNumber, 20));
+  row.push_back(Cell::Text(metric.serialNumber, Width::HardwareText));
   return row;
 }
 
@@ -36,14 +36,16 @@ static void update_user_context_from_monitoring(
 
 static void InitializeSwitchOrvoViaHardwareInfosTable() {
   CreateRows(arqSwitchOrvoViaHardwareInfosTableUserContext,
-             data_access_to_generated(Metrics::LLDPInfoMetric()), 60);
+             data_access_to_generated(Metrics::LLDPInfoMetric()),
+             Shape::arqSwitchOrvoViaHardwareInfosTable.rows);
 }
 
 int arqSwitchOrvoViaHardwareInfosTable_handler(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                netsnmp_agent_request_info* reqinfo,
                                                netsnmp_request_info* requests) {
   return HandleTable(
-      arqSwitchOrvoViaHardwareInfosTableUserContext, 60, reqinfo, requests, [](long row) {
+      arqSwitchOrvoViaHardwareInfosTableUserContext, Shape::arqSwitchOrvoViaHardwareInfosTable.rows,
+      reqinfo, requests, [](long row) {
         update_user_context_from_monitoring(arqSwitchOrvoViaHardwareInfosTableUserContext, row);
       });
 }

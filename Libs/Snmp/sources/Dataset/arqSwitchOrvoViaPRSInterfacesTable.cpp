@@ -12,10 +12,10 @@ static arqSwitchOrvoViaPRSInterfacesTable_user_context_s
 
 GeneratedRow data_access_to_generated(const Metrics::PRSInterfaceMetric& metric) {
   GeneratedRow row;
-  row.push_back(Cell::Text(metric.name, 20));
+  row.push_back(Cell::Text(metric.name, Width::Name));
   row.push_back(Cell::Integer(metric.status));
   row.push_back(Cell::Integer(metric.vid));
-  row.push_back(Cell::Text(metric.vlanIds, 100));
+  row.push_back(Cell::Text(metric.vlanIds, Width::VlanIds));
   AppendEthernetCells(row, metric.ethernets[0]);
   AppendEthernetCells(row, metric.ethernets[1]);
   return row;
@@ -32,14 +32,16 @@ static void update_user_context_from_monitoring(
 
 static void InitializeSwitchOrvoViaPRSInterfacesTable() {
   CreateRows(arqSwitchOrvoViaPRSInterfacesTableUserContext,
-             data_access_to_generated(Metrics::PRSInterfaceMetric()), 24);
+             data_access_to_generated(Metrics::PRSInterfaceMetric()),
+             Shape::arqSwitchOrvoViaPRSInterfacesTable.rows);
 }
 
 int arqSwitchOrvoViaPRSInterfacesTable_handler(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                netsnmp_agent_request_info* reqinfo,
                                                netsnmp_request_info* requests) {
   return HandleTable(
-      arqSwitchOrvoViaPRSInterfacesTableUserContext, 24, reqinfo, requests, [](long row) {
+      arqSwitchOrvoViaPRSInterfacesTableUserContext, Shape::arqSwitchOrvoViaPRSInterfacesTable.rows,
+      reqinfo, requests, [](long row) {
         update_user_context_from_monitoring(arqSwitchOrvoViaPRSInterfacesTableUserContext, row);
       });
 }

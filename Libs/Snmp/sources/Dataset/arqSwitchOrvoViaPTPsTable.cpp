@@ -14,7 +14,7 @@ GeneratedRow data_access_to_generated(const Metrics::PTPMetric& metric) {
   row.push_back(Cell::Integer(metric.domain));
   row.push_back(Cell::Integer(metric.packetType));
   row.push_back(Cell::Integer(metric.clockMode));
-  row.push_back(Cell::Text(metric.interfaces, 100));
+  row.push_back(Cell::Text(metric.interfaces, Width::PtpInterfaces));
   return row;
 }
 
@@ -29,15 +29,17 @@ static void update_user_context_from_monitoring(arqSwitchOrvoViaPTPsTable_user_c
 
 static void InitializeSwitchOrvoViaPTPsTable() {
   CreateRows(arqSwitchOrvoViaPTPsTableUserContext, data_access_to_generated(Metrics::PTPMetric()),
-             5);
+             Shape::arqSwitchOrvoViaPTPsTable.rows);
 }
 
 int arqSwitchOrvoViaPTPsTable_handler(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                       netsnmp_agent_request_info* reqinfo,
                                       netsnmp_request_info* requests) {
-  return HandleTable(arqSwitchOrvoViaPTPsTableUserContext, 5, reqinfo, requests, [](long row) {
-    update_user_context_from_monitoring(arqSwitchOrvoViaPTPsTableUserContext, row);
-  });
+  return HandleTable(arqSwitchOrvoViaPTPsTableUserContext, Shape::arqSwitchOrvoViaPTPsTable.rows,
+                     reqinfo, requests, [](long row) {
+                       update_user_context_from_monitoring(arqSwitchOrvoViaPTPsTableUserContext,
+                                                           row);
+                     });
 }
 
 void initialize_table_arqSwitchOrvoViaPTPsTable() {

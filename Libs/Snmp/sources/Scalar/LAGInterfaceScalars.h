@@ -6,12 +6,12 @@
 
 namespace Arq::Snmp {
 
-struct arqSwitchOrvoViaLAGInterfaceName_user_context_s : Mechanism::TextScalar<20> {
+struct arqSwitchOrvoViaLAGInterfaceName_user_context_s : Mechanism::TextScalar<Width::Name> {
   using ScalarUserContext::ScalarUserContext;
 };
-inline std::array<char, 20> interface_name_data_access_to_generated(
+inline std::array<char, Width::Name> interface_name_data_access_to_generated(
     const Mechanism::Metrics::LAGInterfaceMetric& metric) {
-  return ToBuffer<20>(metric.name);
+  return ToBuffer<Width::Name>(metric.name);
 }
 inline void update_user_context_from_monitoring(
     arqSwitchOrvoViaLAGInterfaceName_user_context_s& context, std::uint64_t lagIndex) {
@@ -56,12 +56,12 @@ inline void update_user_context_from_monitoring(
       });
 }
 
-struct arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s : Mechanism::TextScalar<100> {
+struct arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s : Mechanism::TextScalar<Width::VlanIds> {
   using ScalarUserContext::ScalarUserContext;
 };
-inline std::array<char, 100> interface_vlan_ids_data_access_to_generated(
+inline std::array<char, Width::VlanIds> interface_vlan_ids_data_access_to_generated(
     const Mechanism::Metrics::LAGInterfaceMetric& metric) {
-  return ToBuffer<100>(metric.vlanIds);
+  return ToBuffer<Width::VlanIds>(metric.vlanIds);
 }
 inline void update_user_context_from_monitoring(
     arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s& context, std::uint64_t lagIndex) {

@@ -8,15 +8,15 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaConfigCurrentConfigName.0: OCTET STRING, the current configuration's name cut to
 // 50 bytes.
-struct arqSwitchOrvoViaConfigCurrentConfigName_user_context_s : TextScalar<50> {
+struct arqSwitchOrvoViaConfigCurrentConfigName_user_context_s : TextScalar<Width::ConfigName> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaConfigCurrentConfigName_user_context_s
-    arqSwitchOrvoViaConfigCurrentConfigNameUserContext(Blank<50>());
+    arqSwitchOrvoViaConfigCurrentConfigNameUserContext(Blank<Width::ConfigName>());
 
-static std::array<char, 50> current_config_name_data_access_to_generated(
+static std::array<char, Width::ConfigName> current_config_name_data_access_to_generated(
     const Metrics::ConfigMetric& metric) {
-  return ToBuffer<50>(metric.name);
+  return ToBuffer<Width::ConfigName>(metric.name);
 }
 
 static void update_user_context_from_monitoring(

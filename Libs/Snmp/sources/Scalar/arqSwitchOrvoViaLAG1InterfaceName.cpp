@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG1InterfaceName.0: LAG 1's name.
 static arqSwitchOrvoViaLAGInterfaceName_user_context_s arqSwitchOrvoViaLAG1InterfaceNameUserContext(
-    Blank<20>());
+    Blank<Width::Name>());
 
 int handle_arqSwitchOrvoViaLAG1InterfaceName(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                              netsnmp_agent_request_info* reqinfo,

@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG1InterfaceVlanIds.0: LAG 1's vlanIds.
 static arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s
-    arqSwitchOrvoViaLAG1InterfaceVlanIdsUserContext(Blank<100>());
+    arqSwitchOrvoViaLAG1InterfaceVlanIdsUserContext(Blank<Width::VlanIds>());
 
 int handle_arqSwitchOrvoViaLAG1InterfaceVlanIds(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                 netsnmp_agent_request_info* reqinfo,

@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG2InterfaceName.0: LAG 2's name.
 static arqSwitchOrvoViaLAGInterfaceName_user_context_s arqSwitchOrvoViaLAG2InterfaceNameUserContext(
-    Blank<20>());
+    Blank<Width::Name>());
 
 int handle_arqSwitchOrvoViaLAG2InterfaceName(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                              netsnmp_agent_request_info* reqinfo,

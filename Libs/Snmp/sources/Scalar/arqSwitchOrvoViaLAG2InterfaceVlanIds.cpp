@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG2InterfaceVlanIds.0: LAG 2's vlanIds.
 static arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s
-    arqSwitchOrvoViaLAG2InterfaceVlanIdsUserContext(Blank<100>());
+    arqSwitchOrvoViaLAG2InterfaceVlanIdsUserContext(Blank<Width::VlanIds>());
 
 int handle_arqSwitchOrvoViaLAG2InterfaceVlanIds(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                 netsnmp_agent_request_info* reqinfo,

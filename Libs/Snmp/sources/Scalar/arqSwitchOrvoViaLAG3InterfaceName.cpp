@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG3InterfaceName.0: LAG 3's name.
 static arqSwitchOrvoViaLAGInterfaceName_user_context_s arqSwitchOrvoViaLAG3InterfaceNameUserContext(
-    Blank<20>());
+    Blank<Width::Name>());
 
 int handle_arqSwitchOrvoViaLAG3InterfaceName(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                              netsnmp_agent_request_info* reqinfo,

@@ -9,7 +9,7 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLAG3InterfaceVlanIds.0: LAG 3's vlanIds.
 static arqSwitchOrvoViaLAGInterfaceVlanIds_user_context_s
-    arqSwitchOrvoViaLAG3InterfaceVlanIdsUserContext(Blank<100>());
+    arqSwitchOrvoViaLAG3InterfaceVlanIdsUserContext(Blank<Width::VlanIds>());
 
 int handle_arqSwitchOrvoViaLAG3InterfaceVlanIds(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                 netsnmp_agent_request_info* reqinfo,

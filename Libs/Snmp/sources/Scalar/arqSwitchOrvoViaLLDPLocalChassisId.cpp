@@ -7,14 +7,15 @@ namespace Arq::Snmp {
 using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalChassisId.0: OCTET STRING; the LLDP metric's chassisId, cut to 20 bytes.
-struct arqSwitchOrvoViaLLDPLocalChassisId_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalChassisId_user_context_s : TextScalar<Width::LldpLocalText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalChassisId_user_context_s
-    arqSwitchOrvoViaLLDPLocalChassisIdUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalChassisIdUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, 20> chassis_id_data_access_to_generated(const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.chassisId);
+static std::array<char, Width::LldpLocalText> chassis_id_data_access_to_generated(
+    const Metrics::LLDPMetric& metric) {
+  return ToBuffer<Width::LldpLocalText>(metric.chassisId);
 }
 
 static void update_user_context_from_monitoring(

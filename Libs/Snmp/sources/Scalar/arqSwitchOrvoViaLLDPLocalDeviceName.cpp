@@ -8,15 +8,15 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalDeviceName.0: OCTET STRING; the LLDP metric's deviceName, cut to 20
 // bytes.
-struct arqSwitchOrvoViaLLDPLocalDeviceName_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalDeviceName_user_context_s : TextScalar<Width::LldpLocalText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalDeviceName_user_context_s
-    arqSwitchOrvoViaLLDPLocalDeviceNameUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalDeviceNameUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, 20> device_name_data_access_to_generated(
+static std::array<char, Width::LldpLocalText> device_name_data_access_to_generated(
     const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.deviceName);
+  return ToBuffer<Width::LldpLocalText>(metric.deviceName);
 }
 
 static void update_user_context_from_monitoring(

@@ -8,15 +8,15 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalDeviceVersion.0: OCTET STRING; the LLDP metric's deviceVersion, cut to
 // 20 bytes.
-struct arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s : TextScalar<Width::LldpLocalText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalDeviceVersion_user_context_s
-    arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalDeviceVersionUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, 20> device_version_data_access_to_generated(
+static std::array<char, Width::LldpLocalText> device_version_data_access_to_generated(
     const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.deviceVersion);
+  return ToBuffer<Width::LldpLocalText>(metric.deviceVersion);
 }
 
 static void update_user_context_from_monitoring(

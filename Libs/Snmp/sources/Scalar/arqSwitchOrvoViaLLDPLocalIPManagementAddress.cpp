@@ -8,15 +8,16 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalIPManagementAddress.0: IpAddress, four bytes computed from the dotted
 // text on every request; the LLDP metric's ipManagementAddress, cut to 20 bytes.
-struct arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s
+    : TextScalar<Width::AddressText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalIPManagementAddress_user_context_s
-    arqSwitchOrvoViaLLDPLocalIPManagementAddressUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalIPManagementAddressUserContext(Blank<Width::AddressText>());
 
-static std::array<char, 20> ip_management_address_data_access_to_generated(
+static std::array<char, Width::AddressText> ip_management_address_data_access_to_generated(
     const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.ipManagementAddress);
+  return ToBuffer<Width::AddressText>(metric.ipManagementAddress);
 }
 
 static void update_user_context_from_monitoring(

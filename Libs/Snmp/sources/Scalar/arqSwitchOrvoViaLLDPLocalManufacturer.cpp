@@ -8,15 +8,15 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalManufacturer.0: OCTET STRING; the LLDP metric's manufacturer, cut to 20
 // bytes.
-struct arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s : TextScalar<Width::LldpLocalText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalManufacturer_user_context_s
-    arqSwitchOrvoViaLLDPLocalManufacturerUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalManufacturerUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, 20> manufacturer_data_access_to_generated(
+static std::array<char, Width::LldpLocalText> manufacturer_data_access_to_generated(
     const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.manufacturer);
+  return ToBuffer<Width::LldpLocalText>(metric.manufacturer);
 }
 
 static void update_user_context_from_monitoring(

@@ -8,15 +8,15 @@ using namespace Mechanism;
 
 // arqSwitchOrvoViaLLDPLocalSerialNumber.0: OCTET STRING; the LLDP metric's serialNumber, cut to 20
 // bytes.
-struct arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s : TextScalar<20> {
+struct arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s : TextScalar<Width::LldpLocalText> {
   using ScalarUserContext::ScalarUserContext;
 };
 static arqSwitchOrvoViaLLDPLocalSerialNumber_user_context_s
-    arqSwitchOrvoViaLLDPLocalSerialNumberUserContext(Blank<20>());
+    arqSwitchOrvoViaLLDPLocalSerialNumberUserContext(Blank<Width::LldpLocalText>());
 
-static std::array<char, 20> serial_number_data_access_to_generated(
+static std::array<char, Width::LldpLocalText> serial_number_data_access_to_generated(
     const Metrics::LLDPMetric& metric) {
-  return ToBuffer<20>(metric.serialNumber);
+  return ToBuffer<Width::LldpLocalText>(metric.serialNumber);
 }
 
 static void update_user_context_from_monitoring(

@@ -77,7 +77,10 @@ bool Count64(const IfRow& row, netsnmp_variable_list* var) {
 }
 
 ProjectedTable<IfRow> ifTable({
-    {1, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.index[0]), true; }},
+    {1,
+     [](const IfRow& r, netsnmp_variable_list* v) {
+       return SetInteger(v, static_cast<long>(r.index[0])), true;
+     }},
     {2, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.descr), true; }},
     {3, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.type), true; }},
     // ifMtu: the switch does not report it.

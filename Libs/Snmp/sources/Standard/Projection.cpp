@@ -137,7 +137,7 @@ std::string Truncate(const std::string& text, std::size_t size) {
 }
 
 std::string MacOctets(const Model::MacAddress& mac) {
-  return std::string(mac.begin(), mac.end());
+  return {mac.begin(), mac.end()};
 }
 
 }  // namespace Arq::Snmp::Standard

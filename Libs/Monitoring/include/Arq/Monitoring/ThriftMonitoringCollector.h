@@ -46,6 +46,11 @@ class ThriftMonitoringCollector : public IMonitoringCollector {
   static std::vector<std::string> GetEthNames(
       const std::map<std::string, OrvoViaSwitch::Domain::Dto::IfInfo>& interfaces);
 
+  // Call `call` of the list (CollectorCall) through a fresh client of its
+  // service, recorded in its own record; `invoke` makes the request.
+  template <std::size_t call, typename Invoke>
+  auto Call(Invoke&& invoke);
+
   std::vector<std::string> GetInterfaceNames();
   std::map<std::string, OrvoViaSwitch::Domain::Dto::IfInfo> GetInterfacesInformation(
       const std::vector<std::string>& names);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -54,6 +55,16 @@ long PeakResidentKb(pid_t pid);
 // Polls `condition` every `step` until it holds or the timeout passes.
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
                std::chrono::milliseconds step = std::chrono::milliseconds(100));
+
+// The switch simulator started with `argv` (its executable first): its
+// process, and the two ports of its start line "listening on port P control
+// C", waited for 10 s at most (both 0 when it did not come).
+struct Simulator {
+  std::unique_ptr<ChildProcess> process;
+  int port = 0;
+  int controlPort = 0;
+};
+Simulator StartSimulator(const std::vector<std::string>& argv, const std::string& outputPath);
 
 // Sends one line to a TCP port on 127.0.0.1 and returns the reply line (read
 // for at most 5 s), or "connect"/"write" when that failed.

@@ -30,12 +30,33 @@ enum class CallOutcome : std::int32_t {
 };
 
 // The ten switch calls of a collection, in the order they are made, as
-// "Service:Method".
-inline constexpr std::size_t kCollectorCallCount = 10;
-inline constexpr std::array<const char*, kCollectorCallCount> kCollectorCallNames{
-    "Interfaces:GetIfList", "Interfaces:GetInfo",        "Ethernet:GetEthInfo", "Interfaces:GetCnt",
-    "Interfaces:GetStats",  "Interfaces:GetMainMacAddr", "LLDP:GetConfig",      "LLDP:GetInfo",
-    "PTP:GetConfig",        "Config:GetCurrentConfig"};
+// X(Service, Method): the call "Service:Method" made through the service's
+// proxy client. This list is the one place that names them: the collector's
+// call records (CollectorCall), the MIB's call table, the tests and the soak
+// run (scripts/mib_facts.py) are made from it. One call per line.
+#define ARQ_COLLECTOR_CALLS(X)  \
+  X(Interfaces, GetIfList)      \
+  X(Interfaces, GetInfo)        \
+  X(Ethernet, GetEthInfo)       \
+  X(Interfaces, GetCnt)         \
+  X(Interfaces, GetStats)       \
+  X(Interfaces, GetMainMacAddr) \
+  X(LLDP, GetConfig)            \
+  X(LLDP, GetInfo)              \
+  X(PTP, GetConfig)             \
+  X(Config, GetCurrentConfig)
+
+// The position of each call in the list: CollectorCall::Interfaces_GetIfList is 0.
+struct CollectorCall {
+#define ARQ_COLLECTOR_CALL_INDEX(service, method) service##_##method,
+  enum : std::size_t { ARQ_COLLECTOR_CALLS(ARQ_COLLECTOR_CALL_INDEX) };
+#undef ARQ_COLLECTOR_CALL_INDEX
+};
+
+#define ARQ_COLLECTOR_CALL_NAME(service, method) #service ":" #method,
+inline constexpr std::array kCollectorCallNames{ARQ_COLLECTOR_CALLS(ARQ_COLLECTOR_CALL_NAME)};
+#undef ARQ_COLLECTOR_CALL_NAME
+inline constexpr std::size_t kCollectorCallCount = kCollectorCallNames.size();
 
 // One switch call: how it went last time, how often it failed, the last error.
 struct CollectorCallMetric {
