@@ -63,6 +63,9 @@ std::vector<LogFilter::Line> LogFilter::Filter(int priority, const std::string& 
   const bool lost = std::any_of(std::begin(kLostTexts), std::end(kLostTexts),
                                 [&text](const char* part) { return Contains(text, part); });
   if (lost && !lost_) {
+    // Some of these lines are informational in the library: a lost master
+    // is a warning at least.
+    priority = std::min(priority, LOG_WARNING);
     lost_ = true;
     lostPriority_ = priority;
     attempts_ = 0;

@@ -10,6 +10,7 @@ using Line = LogFilter::Line;
 
 const std::string kRefused =
     "Warning: Failed to connect to the agentx master agent (/run/agentx/master): Unknown host\n";
+const std::string kDisconnected = "AgentX master disconnected us, reconnecting in 2\n";
 const std::string kConnected = "NET-SNMP version 5.9.3 AgentX subagent connected\n";
 const std::string kDuplicate = "registering pdu failed: 263!\n";
 const std::string kChanged = "ethernetInterfaceMetrics has changed on row: 3.\n";
@@ -50,6 +51,13 @@ TEST(LogFilterTest, AppliesTheLevelAndReportsAnAbsentMasterOnceAPeriod) {
       {307, LOG_WARNING, LOG_ERR, kDuplicate, {}},
       {307, LOG_DEBUG, LOG_ERR, kDuplicate, {{LOG_DEBUG, kDuplicate}}},
       {320, LOG_WARNING, LOG_ERR, kDuplicate, {{LOG_ERR, kDuplicate}}},
+      {330, LOG_WARNING, LOG_INFO, kDisconnected, {{LOG_WARNING, kDisconnected}}},
+      {331,
+       LOG_WARNING,
+       LOG_INFO,
+       kConnected,
+       {{LOG_WARNING,
+         "orvovia-snmpd: AgentX master back after 1 s (0 failed connection attempts)\n"}}},
       {400, -1, LOG_ERR, kRefused, {}},
       {401, -1, LOG_INFO, kConnected, {}},
       {402, LOG_ERR, LOG_ERR, kRefused, {{LOG_ERR, kRefused}}},
