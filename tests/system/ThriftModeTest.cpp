@@ -19,6 +19,7 @@
 
 #include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
 #include "Daemon.h"
+#include "Standard/PortCounterTables.h"
 
 #ifdef ARQ_SIMULATOR_PATH
 
@@ -158,6 +159,60 @@ class ThriftModeTest : public testing::Test {
       if (oid.size() > table.size()) cells[oid.substr(table.size() + 1)] = value;
     }
     return cells;
+  }
+
+  // Every served column of each port table of PortCounterObjects.def has a
+  // cell for every port row of IF-MIB (RMON's, and dot3adAggPortActorPort,
+  // those up to 65535; a MAC address where the switch gives one): no broken
+  // or missing row.
+  void ExpectWholePortRows() {
+    std::set<std::string> ports, small;
+    for (const auto& [index, type] : Walk("1.3.6.1.2.1.2.2.1.3")) {
+      if (type == "INTEGER: 6") (std::stol(index) < 65536 ? small : ports).insert(index);
+    }
+    ports.insert(small.begin(), small.end());
+    for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
+      const std::string name = table.name;
+      if (name.rfind("dot3", 0) != 0 && name.rfind("ether", 0) != 0) continue;
+      if (name == "dot3adAggTable" || name == "dot3adAggPortListTable") continue;
+      std::map<std::string, std::set<std::string>> columns;
+      for (const auto& [cell, value] :
+           Walk(table.Oid(table.columns.front())
+                    .substr(0, table.Oid(table.columns.front()).rfind('.')))) {
+        columns[cell.substr(0, cell.find('.'))].insert(cell.substr(cell.find('.') + 1));
+      }
+      for (const auto& column : table.columns) {
+        const std::string syntax = column.syntax, columnName = column.name;
+        if (column.use == Arq::Snmp::Standard::ColumnUse::Absent || syntax == "MacAddress")
+          continue;
+        const bool rmon = name.rfind("ether", 0) == 0 || columnName == "dot3adAggPortActorPort";
+        EXPECT_EQ(columns[std::to_string(column.number)], rmon ? small : ports) << columnName;
+      }
+    }
+  }
+
+  // Two reads of one port's counters, each in one request (one collection):
+  // FCS errors grow 1000 a second, pause frames 2000, octets at 8000 bit/s.
+  void ExpectGrowthByTheRates() {
+    const auto read = [&] {
+      std::vector<std::uint64_t> values;
+      const auto result =
+          setup.Master().Tool("snmpget", {"-Oqv"},
+                              {"1.3.6.1.2.1.10.7.11.1.2.1001", "1.3.6.1.2.1.10.7.10.1.5.1001",
+                               "1.3.6.1.2.1.16.1.7.1.4.1001"});
+      std::istringstream lines(result.output);
+      for (std::uint64_t value = 0; lines >> value;) values.push_back(value);
+      return values;
+    };
+    const auto first = read();
+    ASSERT_EQ(first.size(), 3u);
+    std::vector<std::uint64_t> second;
+    ASSERT_TRUE(
+        WaitUntil([&] { return (second = read()).size() == 3 && second[0] != first[0]; }, 10s));
+    const std::uint64_t fcs = second[0] - first[0];
+    EXPECT_GT(fcs, 0u);
+    EXPECT_EQ(second[1] - first[1], 2 * fcs);
+    EXPECT_EQ(second[2] - first[2], fcs);
   }
 
   DaemonSetup setup;
@@ -453,13 +508,29 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
                            longOid) +
                    R"("}}]})");
   const std::string hostileRow = ".0.1000001.1";
+  // Counters beyond 32 bits and growing 1000 and 2000 a second, octets at
+  // 8000 bit/s (1000 a second); 1/1 SGMII having sent half-duplex frames; a
+  // LAG with one port down; the management address on eth1.
+  WriteFile(setup.Dir().File("counters.json"), R"({"mainMacAddress":"02:A0:C9:00:00:01",
+    "interfaces":[{"name":"eth1","type":"Ethernet","status":"Enabled","members":["1/1"],
+                   "ip":{"address":"192.0.2.9"}},
+                  {"name":"lag1","type":"BasicLag","status":"Enabled","members":["3/1","3/2"],
+                   "macAddress":"02:A0:C9:00:00:31"}],
+    "ports":[{"name":"1/1","mode":"SGMII","state":"LinkUp","rates":{"rx":8000},
+              "counters":{"NbOfCrcErrorEvents":7,"NbOfValidFrameSentHalfDupWithCollision":3,
+                          "NbOfGoodPackets1024toMaxBytes":5000000000},
+              "growth":{"NbOfCrcErrorEvents":1000,"NbOfGoodFlowControlFrameReceived":2000}},
+             {"name":"3/1","mode":"KR","state":"LinkUp"},{"name":"3/2","mode":"KR","state":"LinkDown"}],
+    "lldp":{"local":{"managementIp":"192.0.2.9"}}})");
+  const std::string dot3 = "1.3.6.1.2.1.10.7.", rmon = "1.3.6.1.2.1.16.1.";
+  const std::string lag = "1.2.840.10006.300.43.1.", lldp = "1.0.8802.1.1.2.1.";
   struct Case {
     std::string scenario;
     Map gets;  // B.<arcs>
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
     std::string ifIndexFile = {};       // written before the daemon starts, when set
-    Map standard = {};  // ENTITY-MIB, BRIDGE-MIB, Q-BRIDGE-MIB and PTPBASE-MIB cells
+    Map standard = {};  // cells of the standard views, by full OID
   };
   const std::string entity = "1.3.6.1.2.1.47.1.", ptp = "1.3.6.1.2.1.241.1.";
   const std::string basePort = "1.3.6.1.2.1.17.1.4.1.2.";
@@ -472,9 +543,12 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
         {"5.2.1.5.59", "STRING: \"peer-60\""}, {"5.2.1.6.59", "STRING: \"00:1b:21:00:00:3c\""},
         {"5.2.1.7.59", "IpAddress: 198.51.100.60"}, {"5.2.1.10.59", "INTEGER: 120"},
         {"7.4.1.0", "STRING: \"lag3\""}, {"7.4.6.1.2.5", "STRING: \"3/18\""}},
-       full, fullManagement, {}, {}, "",
-       // Bridge ports numbered in ifIndex order at first sight: 1/1 is 1.
-       {{"1.3.6.1.2.1.17.1.2.0", "INTEGER: 75"}, {basePort + "1", "INTEGER: 1001"},
+       full, fullManagement, {}, {}, {},
+       {{dot3 + "2.1.19.1001", "INTEGER: 3"}, {rmon + "1.1.6.1001", "Counter32: 10"},
+        {rmon + "1.1.7.1001", "Counter32: 20"}, {lag + "1.1.1.2.100001", "Hex-STRING: 02 A0 C9 20 01 2D "},
+        {lag + "2.1.1.12.3001", "INTEGER: 100001"}, {lldp + "3.8.1.3.1.4.192.0.2.20", "INTEGER: 5"},
+        // Bridge ports numbered in ifIndex order at first sight: 1/1 is 1.
+        {"1.3.6.1.2.1.17.1.2.0", "INTEGER: 75"}, {basePort + "1", "INTEGER: 1001"},
         {"1.3.6.1.2.1.17.7.1.4.5.1.1.1", "Gauge32: 101"},
         {entity + "1.1.1.7.1", "STRING: \"orvo-sim-full\""},
         {entity + "1.1.1.11.1", "STRING: \"SIM-0048\""},
@@ -482,6 +556,9 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
         {entity + "3.2.1.2.1001.0", "OID: .1.3.6.1.2.1.2.2.1.1.1001"},
         {ptp + "1.2.1.2.1", "Gauge32: 2"}, {ptp + "1.2.1.2.3", "Gauge32: 1"},
         {ptp + "2.9.1.7.0.2.1.1", "INTEGER: 2"}, {ptp + "2.9.1.8.0.2.1.2", "INTEGER: 1002"}}},
+      {setup.Dir().File("counters.json"), {}, {}, {}, {}, {}, {},
+       {{dot3 + "2.1.19.1001", "INTEGER: 2"}, {rmon + "7.1.16.1001", "Counter64: 5000000000"},
+        {lag + "2.1.1.13.3002", "INTEGER: 0"}, {lldp + "3.8.1.5.1.4.192.0.2.9", "INTEGER: 1001"}}},
       {raw, {},
        {{"4.0.1003.1", "INTEGER: 4"}, {"5.0.1003.1", "Hex-STRING: 00 1B 21 00 00 09 "},
         {"11.0.1003.1", "STRING: \"(@\""} /* bits 2, 4 and 9 */, {"12.0.1003.1", "STRING: \" \""}},
@@ -511,9 +588,11 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       {"ports-128.json",
        {{"1.1.0", "Counter32: 128"}, {"1.2.1.2.47", "STRING: \"eth48\""},
         {"5.1.0", "Counter32: 140"}},
-       spine, spineManagement, spineNames, {}, "",
-       // Its 80 new ports numbered after those of the switches before, 1/128 last.
-       {{"1.3.6.1.2.1.17.1.2.0", "INTEGER: 155"}, {basePort + "159", "INTEGER: 1128"},
+       spine, spineManagement, spineNames, {}, {},
+       {{dot3 + "2.1.19.1128", "INTEGER: 3"}, {rmon + "1.1.7.1001", "Counter32: 20"},
+        {lag + "2.1.1.12.3018", "INTEGER: 100003"}, {lag + "2.1.1.12.1128", "INTEGER: 0"},
+        // Its new ports numbered after those of the switches before, 1/128 last.
+        {"1.3.6.1.2.1.17.1.2.0", "INTEGER: 155"}, {basePort + "159", "INTEGER: 1128"},
         {entity + "1.1.1.4.1128", "INTEGER: 1000001128"},
         {entity + "3.2.1.2.1128.0", "OID: .1.3.6.1.2.1.2.2.1.1.1128"}}},
       // Every listed interface of a type counts; an inconsistent one is served
@@ -553,7 +632,9 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     const auto matches = [&] {
       return Walk(remTable) == c.neighbours && Walk(manAddrTable) == c.management &&
              (c.ifNames.empty() || Walk(ifNameTable) == c.ifNames) &&
-             (c.gets.empty() || setup.Get(c.gets.begin()->first) == c.gets.begin()->second);
+             (c.gets.empty() || setup.Get(c.gets.begin()->first) == c.gets.begin()->second) &&
+             (c.standard.empty() ||
+              setup.Master().Get(c.standard.begin()->first) == c.standard.begin()->second);
     };
     EXPECT_TRUE(WaitUntil(matches, 15s));
     ExpectGets(c.gets);
@@ -591,7 +672,9 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
       }
       EXPECT_GT(seen.size(), 1u);
     }
-    for (const auto& [id, value] : c.standard) EXPECT_EQ(setup.Master().Get(id), value) << id;
+    for (const auto& [oid, value] : c.standard) EXPECT_EQ(setup.Master().Get(oid), value) << oid;
+    ExpectWholePortRows();
+    if (c.scenario.find("counters.json") != std::string::npos) ExpectGrowthByTheRates();
     EXPECT_TRUE(setup.Daemon().IsRunning());
   }
   // The inconsistent scenario's only PTP domain has an unknown clock mode: no row.
@@ -648,7 +731,8 @@ TEST_F(ThriftModeTest, HostileRepliesKeepThePeakSmallAndAHungCallNeverHoldsTheSt
   };
   HostilePeer peer(port);
   // Collections back to back: every call meets each pattern within a moment.
-  StartDaemon({"collect_metrics_period:0"});
+  // At Info, the level that lets the SNMP library's stop line through.
+  StartDaemon({"collect_metrics_period:0", "log_level:Info"});
   const std::string statusPath = "/proc/" + std::to_string(setup.Daemon().Pid());
   for (const auto& pattern : patterns) {
     SCOPED_TRACE(pattern.name);

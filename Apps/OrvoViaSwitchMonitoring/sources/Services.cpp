@@ -1,9 +1,38 @@
 #include "Arq/OrvoViaSwitchMonitoring/Services.h"
 
+#include <syslog.h>
+
+#include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
 #include "Arq/Snmp/SnmpSubAgent.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
+namespace {
+
+using arq::logging::ILogger;
+
+// The least urgent syslog priority of the SNMP library's log written at the
+// daemon's current log level: the level governs both logs.
+int SyslogThreshold() {
+  switch (Logging::Loader::Loggers::GetInstance().GetLoggingLevel()) {
+    case ILogger::Trace:
+    case ILogger::Debug:
+      return LOG_DEBUG;
+    case ILogger::Info:
+      return LOG_INFO;
+    case ILogger::Warning:
+      return LOG_WARNING;
+    case ILogger::Error:
+      return LOG_ERR;
+    case ILogger::Fatal:
+      return LOG_CRIT;
+    case ILogger::NoLog:
+      break;
+  }
+  return -1;
+}
+
+}  // namespace
 
 void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& processor,
                  const InputParameters::Parameters& parameters,
@@ -15,7 +44,7 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   // SNMP library's log stays on standard error as without a redirection.
   const std::string& output = parameters.redirectOutput;
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(
-      Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "");
+      Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "", SyslogThreshold);
   agent->Run();
   agent.reset();
   // The collection thread is done before the end line, whatever the switch

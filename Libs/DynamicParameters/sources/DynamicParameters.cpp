@@ -156,7 +156,9 @@ void DynamicParametersWorker::Loop() {
         FolderLost();
         break;
       }
-      if ((event->mask & IN_CLOSE_WRITE) == 0 || event->len == 0) continue;
+      // A rename onto the name gives IN_MOVED_TO alone; an in-place write
+      // IN_CLOSE_WRITE alone: either is one change, applied once.
+      if ((event->mask & (IN_CLOSE_WRITE | IN_MOVED_TO)) == 0 || event->len == 0) continue;
       const std::string name(event->name, strnlen(event->name, event->len));
       if (name != fileName_) continue;
       ARQ_LOG(logger_, ILogger::Info,

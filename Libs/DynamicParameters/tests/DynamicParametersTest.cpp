@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -38,40 +39,58 @@ class RecordingUpdater : public Arq::DynamicParameters::IDynamicParametersUpdate
   std::vector<Json::Value> documents_;
 };
 
-// Only writing the options file in place hands it over (each time, and only
-// when it parses); a folder that cannot be watched gives no worker, and
-// destroying a worker blocked in its read returns (the test's time-out bounds it).
-TEST(DynamicParametersWorkerTest, WritingTheFileInPlaceUpdatesAndNothingElseDoes) {
+// Writing the options file in place or renaming a file onto its name (from
+// the folder, as sed -i does, or from another folder) hands it over once per
+// change, and only when it parses; other files do nothing; a folder that
+// cannot be watched gives no worker, and destroying a worker blocked in its
+// read returns (the test's time-out bounds it).
+TEST(DynamicParametersWorkerTest, WritesAndRenamesOntoTheFileUpdateOncePerChange) {
   auto updater = std::make_shared<RecordingUpdater>();
   EXPECT_EQ(
       DynamicParametersWorkerFactory::CreateWorkerAndRun(updater, "/nonexistent/folder", "o.json"),
       nullptr);
   TempDir dir;
+  TempDir elsewhere;
   const std::string path = dir.File("SwitchMonitoringOptions.json");
   WriteFile(path, R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":3}})");
   auto worker = DynamicParametersWorkerFactory::CreateWorkerAndRun(updater, dir.Path() + "/",
                                                                    "SwitchMonitoringOptions.json");
   ASSERT_NE(worker, nullptr);
-  // No initial read; another file and a rename onto the name do nothing.
-  WriteFile(dir.File("other.json"), R"({"x":1})");
-  WriteFile(dir.File("prepared.json"), R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":9}})");
-  ASSERT_EQ(std::rename(dir.File("prepared.json").c_str(), path.c_str()), 0);
-  std::this_thread::sleep_for(300ms);
-  EXPECT_TRUE(updater->Documents().empty());
-
-  WriteFile(path, R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":4}})");
-  ASSERT_TRUE(WaitUntil([&] { return updater->Documents().size() == 1; }, 10s));
-  WriteFile(path, R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":5}})");
-  ASSERT_TRUE(WaitUntil([&] { return updater->Documents().size() == 2; }, 10s));
-  const auto documents = updater->Documents();
-  EXPECT_EQ(documents[0]["SwitchMonitoringControl"]["CollectMetricsPeriod"].asInt(), 4);
-  EXPECT_EQ(documents[1]["SwitchMonitoringControl"]["CollectMetricsPeriod"].asInt(), 5);
-
-  // A malformed write is not handed over.
-  WriteFile(path, "{ not json");
-  WriteFile(dir.File("other.json"), "{}");
-  std::this_thread::sleep_for(300ms);
-  EXPECT_EQ(updater->Documents().size(), 2u);
+  const auto renamed = [&](const std::string& from) {
+    return [&path, from](const std::string& text) {
+      WriteFile(from, text);
+      ASSERT_EQ(std::rename(from.c_str(), path.c_str()), 0);
+    };
+  };
+  struct Case {
+    const char* name;
+    std::function<void(const std::string&)> write;
+    int period;  // 0: a malformed document
+    std::size_t documents;
+  };
+  const Case cases[] = {
+      {"another file", [&](const std::string& t) { WriteFile(dir.File("other.json"), t); }, 8, 0},
+      {"in place", [&](const std::string& t) { WriteFile(path, t); }, 4, 1},
+      {"renamed in the folder", renamed(dir.File(".sedXYZ")), 5, 2},
+      {"moved from another folder", renamed(elsewhere.File("prepared.json")), 6, 3},
+      {"malformed in place", [&](const std::string& t) { WriteFile(path, t); }, 0, 3},
+      {"malformed renamed", renamed(dir.File(".sedABC")), 0, 3},
+      {"in place again", [&](const std::string& t) { WriteFile(path, t); }, 7, 4},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    c.write(c.period == 0 ? "{ not json"
+                          : R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":)" +
+                                std::to_string(c.period) + "}}");
+    EXPECT_TRUE(WaitUntil([&] { return updater->Documents().size() >= c.documents; }, 10s));
+    std::this_thread::sleep_for(300ms);
+    const auto documents = updater->Documents();
+    ASSERT_EQ(documents.size(), c.documents);
+    if (c.period != 0 && c.documents > 0) {
+      EXPECT_EQ(documents.back()["SwitchMonitoringControl"]["CollectMetricsPeriod"].asInt(),
+                c.period);
+    }
+  }
   worker.reset();
 }
 

@@ -160,6 +160,9 @@ void init_arqSwitchOrvoViaCollector();
 // The collector's and IF-MIB's notifications, sent from the agent's loop.
 void init_arqSwitchOrvoViaNotifications();
 void init_lldpMib();
+// The per-port counters, LAG membership and management address in
+// EtherLike-MIB, RMON-MIB, HC-RMON-MIB, IEEE8023-LAG-MIB and LLDP-MIB.
+void init_portCounterViews();
 // The switch's inventory (ENTITY-MIB), its bridge ports' VLANs (BRIDGE-MIB,
 // Q-BRIDGE-MIB) and its PTP clocks (PTPBASE-MIB).
 void init_entityMib();

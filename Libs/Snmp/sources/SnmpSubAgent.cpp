@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "Arq/Snmp/LogFilter.h"
 #include "MasterSocket.h"
 #include "Mechanism.h"
 #include "Modules.h"
@@ -24,7 +25,8 @@ extern "C" void stop_server(int) {
 
 namespace Arq::Snmp {
 
-SnmpSubAgent::SnmpSubAgent(std::string logFileName) : logFileName(std::move(logFileName)) {}
+SnmpSubAgent::SnmpSubAgent(std::string logFileName, std::function<int()> logThreshold)
+    : logFileName(std::move(logFileName)), logThreshold(std::move(logThreshold)) {}
 
 void SnmpSubAgent::Run() {
   if (!logFileName.empty() && IsStandardOutputOn(logFileName)) {
@@ -39,6 +41,7 @@ void SnmpSubAgent::Run() {
   } else {
     snmp_enable_stderrlog();
   }
+  InstallLogFilter(std::make_shared<LogFilter>(logThreshold));
   if (agentxSubagent != 0) {
     netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
   }
@@ -82,6 +85,7 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaCollector();
   init_ifMib();
   init_lldpMib();
+  init_portCounterViews();
   init_entityMib();
   init_bridgeMib();
   init_ptpBaseMib();

@@ -26,6 +26,7 @@ class ProjectionTest : public testing::Test {
     init_agent("arq-projection-test");
     Arq::Snmp::init_ifMib();
     Arq::Snmp::init_lldpMib();
+    Arq::Snmp::init_portCounterViews();
   }
 
   void Project(Model::SwitchModel model) {
@@ -195,6 +196,58 @@ TEST_F(ProjectionTest, NeighbourContentIsCutToTheMibAndNeverBreaksARow) {
       {"lldpLocalSystemData",
        {{"1.0", "INTEGER: 4"}, {"3.0", "STRING: \"" + std::string(255, 's') + "\""}}}};
   ExpectCells(expected);
+}
+
+// The port counter, LAG and address views (PortCounterObjects.def) of the
+// switch above: 1/1 KR4 with counter c at 1000 + c (CRC errors and 64-octet
+// frames beyond 32 bits), 1/2 SGMII having sent half-duplex frames, 2/1 SGMII
+// without, 1/3 down; a port 70/1 beyond RMON's index; the management address
+// on eth1.
+TEST_F(ProjectionTest, PortCountersLagMembershipAndManagementAddressAreProjected) {
+  using Index = Dto::EthCounterIndex;
+  auto model = Switch();
+  auto& counters = model.ports[0].counters;
+  for (std::size_t c = 0; c < counters.size(); ++c) counters[c] = 1000 + c;
+  counters[Index::NbOfCrcErrorEvents] = (std::uint64_t{1} << 32) + 5;
+  counters[Index::NbOfGoodPackets64Bytes] = (std::uint64_t{3} << 32) + 9;
+  model.ports[0].mode = Dto::EthMode::KR4;
+  model.ports[1].mode = model.ports[3].mode = Dto::EthMode::SGMII;
+  model.ports[1].counters[Index::NbOfValidFrameSentHalfDupWithCollision] = 4;
+  model.ports.push_back(Port("70/1", Dto::EthSpeed::S10G, Model::LinkState::Up, 0));
+  model.interfaces.push_back(Interface("eth70", Dto::IfType::Ethernet, {7}, Model::LinkState::Up));
+  model.interfaces[0].ipv4 = model.lldpLocal.managementIpv4 =
+      std::array<std::uint8_t, 4>{10, 0, 0, 2};
+  model.lldpLocal.mainMac = Model::MacAddress{0x02, 0, 0, 0, 0, 0x01};
+  Project(model);
+  // clang-format off
+  ExpectCells({
+      {"dot3StatsTable",
+       {{"1.1001", "INTEGER: 1001"}, {"2.1001", "Counter32: 0"} /* not kept */,
+        {"3.1001", "Counter32: 5"} /* the low 32 bits */, {"9.1001", "Counter32: 1012"},
+        {"17.1001", "absent"}, {"19.1001", "INTEGER: 3"}, {"19.1002", "INTEGER: 2"},
+        {"19.2001", "INTEGER: 3"}, {"19.1003", "INTEGER: 1"}, {"1.1007", "absent"}}},
+      {"dot3HCStatsTable", {{"2.1001", "Counter64: 4294967301"}}},
+      {"dot3PauseTable", {{"5.1001", "Counter64: 1016"}}},
+      {"etherStatsTable",
+       {{"2.1001", "OID: iso.3.6.1.2.1.2.2.1.1.1001"}, {"4.1001", "Counter32: 2001"},
+        {"5.1001", "Counter32: 7116"}, {"20.1001", "STRING: \"monitor\""}, {"1.70001", "absent"}}},
+      {"etherStatsHighCapacityTable", {{"1.1001", "Counter32: 1"}, {"5.1001", "Counter32: 3"}}},
+      {"dot3adAggTable",
+       {{"2.100001", "Hex-STRING: 02 A0 C9 00 00 04 "},
+        {"4.100001", "Hex-STRING: 02 00 00 00 00 01 "}, {"3.100001", "absent"}}},
+      {"dot3adAggPortTable",
+       {{"12.1001", "INTEGER: 100001"}, {"13.1003", "INTEGER: 0"}, {"13.1002", "INTEGER: 100001"},
+        {"12.2001", "INTEGER: 0"}, {"24.2001", "INTEGER: 2"}, {"14.70001", "absent"}}},
+      {"lldpLocManAddrTable", {{"4.1.4.10.0.0.2", "INTEGER: 2"}, {"5.1.4.10.0.0.2", "INTEGER: 1001"}}}});
+  // clang-format on
+  // lag1's ports as a PortList: bits 1001 to 1003.
+  netsnmp_variable_list var{};
+  ASSERT_TRUE(Standard::FindRegistered("dot3adAggPortListTable").table->Answer(0, 1, &var));
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(var.val.string), var.val_len),
+            std::string(125, '\0') + "\xe0");
+  snmp_free_var_internals(&var);
+  EXPECT_EQ(Standard::FindRegistered("dot3StatsTable").table->Rows(), 7u);
+  EXPECT_EQ(Standard::FindRegistered("etherStatsTable").table->Rows(), 6u);
 }
 
 TEST(LldpNeighbourDecoderTest, ObjectIdentifiersSnmpCannotCarryAreRefused) {

@@ -53,7 +53,8 @@ struct ManagementRow {
   std::vector<oid> index;
   long interfaceSubtype = 1;
   long interfaceNumber = 0;
-  std::optional<std::vector<oid>> objectId;
+  bool hasObjectId = false;  // false when SNMP cannot carry the one sent
+  std::vector<oid> objectId;
 };
 
 template <typename Row, std::optional<std::string> Row::*member>
@@ -108,8 +109,10 @@ ProjectedTable<ManagementRow> remoteManagementTable({
            netsnmp_variable_list* v) { return SetInteger(v, r.interfaceSubtype), true; }},
     {4, [](const ManagementRow& r,
            netsnmp_variable_list* v) { return SetInteger(v, r.interfaceNumber), true; }},
-    {5, [](const ManagementRow& r,
-           netsnmp_variable_list* v) { return r.objectId && (SetObjectId(v, *r.objectId), true); }},
+    {5,
+     [](const ManagementRow& r, netsnmp_variable_list* v) {
+       return r.hasObjectId && (SetObjectId(v, r.objectId), true);
+     }},
 });
 
 std::optional<Model::LldpId> Identifier(const std::optional<Model::LldpId>& id) {
@@ -148,7 +151,8 @@ void ProjectRemote(const ProjectionContext& context) {
       }
       management.interfaceSubtype = address->interfaceSubtype;
       management.interfaceNumber = static_cast<long>(address->interfaceNumber);
-      if (address->objectId) {
+      management.hasObjectId = address->objectId.has_value();
+      if (management.hasObjectId) {
         management.objectId =
             address->objectId->empty()
                 ? std::vector<oid>{0, 0}

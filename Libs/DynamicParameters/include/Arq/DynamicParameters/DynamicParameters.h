@@ -65,13 +65,16 @@ class DynamicParameters {
 };
 
 // Watches the options file's folder with inotify and calls Update() each
-// time the file itself is closed after writing. There is no initial read.
+// time the file itself is closed after writing, or a file is moved or renamed
+// onto its name (sed -i, editors and configuration-management tools write a
+// new file and rename it over the old one). There is no initial read.
 // When the folder vanishes (deleted or moved away) this is logged once, the
 // folder is looked for again every half second, and once it is back it is
 // watched again and the file applied.
 class DynamicParametersWorker : public Worker::StoppableWorker {
  public:
-  static constexpr std::uint32_t kWatchMask = IN_CLOSE_WRITE | IN_DELETE_SELF | IN_MOVE_SELF;
+  static constexpr std::uint32_t kWatchMask =
+      IN_CLOSE_WRITE | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
   static constexpr int kRewatchMilliseconds = 500;
 
   DynamicParametersWorker(std::shared_ptr<DynamicParameters> parameters, int inotifyFd, int watchFd,

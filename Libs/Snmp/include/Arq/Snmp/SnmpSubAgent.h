@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace Arq::Snmp {
@@ -14,8 +15,10 @@ class SnmpSubAgent {
   // `logFileName`: file the SNMP library appends its log to; empty for
   // standard error. When standard output already is that file (the daemon's
   // redirected output), the log is written through standard output instead,
-  // so that it follows every split of the file.
-  explicit SnmpSubAgent(std::string logFileName);
+  // so that it follows every split of the file. `logThreshold`: the least
+  // urgent syslog priority of the library's log that is written, read at each
+  // line (null: every line); the log goes through a LogFilter either way.
+  explicit SnmpSubAgent(std::string logFileName, std::function<int()> logThreshold = nullptr);
   void Run();
 
   // True when standard output's descriptor is the file at `path`.
@@ -23,6 +26,7 @@ class SnmpSubAgent {
 
  private:
   std::string logFileName;
+  std::function<int()> logThreshold;
   int agentxSubagent = 1;
   int useSyslog = 0;
 };

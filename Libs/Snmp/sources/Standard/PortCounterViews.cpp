@@ -1,0 +1,238 @@
+// The switch's per-port counters, LAG membership and management address in
+// the standard MIBs (EtherLike-MIB, RMON-MIB, HC-RMON-MIB, IEEE8023-LAG-MIB,
+// LLDP-MIB), projected from the switch model. Every table and column is
+// declared in PortCounterObjects.def; this file builds the rows they read.
+#include <map>
+#include <optional>
+
+#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+
+#include "../Modules.h"
+#include "PortCounterObjects.def"
+#include "Projection.h"
+
+namespace Arq::Snmp {
+namespace {
+
+using namespace Standard;
+namespace Dto = OrvoViaSwitch::Domain::Dto;
+using Index = Dto::EthCounterIndex;
+
+// A port row: every port of IF-MIB, by its ifIndex.
+struct PortRow {
+  std::vector<oid> index;
+  long ifIndex = 0;
+  Model::PortCounters counters{};
+  long duplex = 1;           // unknown(1), halfDuplex(2), fullDuplex(3)
+  std::uint64_t octets = 0;  // received, good and bad
+  std::uint64_t packets = 0;
+  std::vector<oid> dataSource;  // ifIndex.<ifIndex>
+  std::optional<std::string> systemId;
+  long selectedAgg = 0;  // the ifIndex of its LAG, or 0
+  long attachedAgg = 0;
+  std::optional<long> actorPort;
+};
+
+// A LAG, by its ifIndex.
+struct AggregatorRow {
+  std::vector<oid> index;
+  std::optional<std::string> mac;
+  std::optional<std::string> systemId;
+  std::string ports;  // PortList
+};
+
+// The switch's management address, by subtype and address.
+struct ManAddrRow {
+  std::vector<oid> index;
+  long length = 0;
+  long ifSubtype = 1;  // unknown(1), ifIndex(2)
+  long ifId = 0;
+  std::vector<oid> objectId{0, 0};
+  std::string ports;  // LldpPortList
+};
+
+// Cell setters by the MIB's syntax; false leaves the cell out.
+struct Put {
+  static bool Counter32(netsnmp_variable_list* var, std::uint64_t value) {
+    return SetUnsigned(var, ASN_COUNTER, value), true;
+  }
+  static bool Counter64(netsnmp_variable_list* var, std::uint64_t value) {
+    return SetCounter64(var, value), true;
+  }
+  static bool Integer(netsnmp_variable_list* var, long value) {
+    return SetInteger(var, value), true;
+  }
+  static bool Integer32(netsnmp_variable_list* var, const std::optional<long>& value) {
+    return value && Integer(var, *value);
+  }
+  static bool InterfaceIndex(netsnmp_variable_list* var, long value) { return Integer(var, value); }
+  static bool EntryStatus(netsnmp_variable_list* var, long value) { return Integer(var, value); }
+  static bool TruthValue(netsnmp_variable_list* var, long value) { return Integer(var, value); }
+  static bool ObjectIdentifier(netsnmp_variable_list* var, const std::vector<oid>& value) {
+    return SetObjectId(var, value), true;
+  }
+  static bool OwnerString(netsnmp_variable_list* var, const std::string& value) {
+    return SetOctets(var, value), true;
+  }
+  static bool MacAddress(netsnmp_variable_list* var, const std::optional<std::string>& value) {
+    return value && OwnerString(var, *value);
+  }
+  static bool PortList(netsnmp_variable_list* var, const std::string& value) {
+    return OwnerString(var, value);
+  }
+  static bool LldpPortList(netsnmp_variable_list* var, const std::string& value) {
+    return OwnerString(var, value);
+  }
+};
+
+#define ARQ_COUNT(name) r.counters[Index::name]
+#define ARQ_SERVED_COLUMN(name, number, syntax, ...)                       \
+  {number, [](const Row& r [[maybe_unused]], netsnmp_variable_list* var) { \
+     return Put::syntax(var, __VA_ARGS__);                                 \
+   }},
+#define ARQ_COLUMN_Export ARQ_SERVED_COLUMN
+#define ARQ_COLUMN_Serve ARQ_SERVED_COLUMN
+#define ARQ_COLUMN_Absent(...)
+#define ARQ_COLUMN(name, number, syntax, use, ...) \
+  ARQ_COLUMN_##use(name, number, syntax, __VA_ARGS__)
+// Tables of the same index share their rows (the owner comes first in the
+// table list).
+#define ARQ_SOURCE_dot3StatsTable nullptr
+#define ARQ_SOURCE_dot3PauseTable &dot3StatsTable
+#define ARQ_SOURCE_dot3HCStatsTable &dot3StatsTable
+#define ARQ_SOURCE_etherStatsTable nullptr
+#define ARQ_SOURCE_etherStatsHighCapacityTable &etherStatsTable
+#define ARQ_SOURCE_dot3adAggTable nullptr
+#define ARQ_SOURCE_dot3adAggPortListTable &dot3adAggTable
+#define ARQ_SOURCE_dot3adAggPortTable &dot3StatsTable
+#define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
+#define ARQ_SOURCE_lldpLocManAddrTable nullptr
+#define ARQ_TABLE(name, mib, arcs, row, columns)                          \
+  ProjectedTable<row> name = [] {                                         \
+    using Row = row;                                                      \
+    return ProjectedTable<Row>({columns(ARQ_COLUMN)}, ARQ_SOURCE_##name); \
+  }();
+
+ARQ_PORT_COUNTER_TABLES(ARQ_TABLE)
+
+// dot3StatsDuplexStatus: unknown(1) unless the link is up; the KR modes and
+// 1000BASE-X run full duplex only; an SGMII port that has sent frames in half
+// duplex runs, or ran, half duplex (the switch reports no duplex setting).
+long Duplex(const Model::Port& port) {
+  if (port.link != Model::LinkState::Up) return 1;
+  switch (port.mode) {
+    case Dto::EthMode::KR:
+    case Dto::EthMode::KR2:
+    case Dto::EthMode::KR4:
+    case Dto::EthMode::_1000BASE_X:
+      return 3;
+    case Dto::EthMode::SGMII:
+      return port.counters[Index::NbOfValidFrameSentHalfDupWithCollision] +
+                         port.counters[Index::NbOfValidFrameSentHalfDupWithOutCollision] >
+                     0
+                 ? 2
+                 : 3;
+    default:
+      return 1;
+  }
+}
+
+// A PortList: bit n (the first octet's high bit is 1) for each port n.
+std::string PortList(const std::vector<long>& ports, long largest) {
+  std::string list;
+  for (const long port : ports) {
+    if (port < 1 || port > largest) continue;
+    const auto octet = static_cast<std::size_t>(port - 1) / 8;
+    if (list.size() <= octet) list.resize(octet + 1, '\0');
+    list[octet] = static_cast<char>(list[octet] | (0x80 >> ((port - 1) % 8)));
+  }
+  return list;
+}
+
+constexpr long kLargestActorPort = 65535;    // dot3adAggPortActorPort, etherStatsIndex
+constexpr long kLargestLldpPort = 512L * 8;  // LldpPortList
+
+PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, long lag) {
+  const Model::Port& port = *served.port;
+  PortRow r;
+  r.index = {static_cast<oid>(served.ifIndex)};
+  r.ifIndex = served.ifIndex;
+  r.counters = port.counters;
+  r.duplex = Duplex(port);
+  r.octets = ARQ_COUNT(NbOfGoodOctetsReceived) + ARQ_COUNT(NbOfBadOctetsReceived);
+  r.packets = ARQ_COUNT(NbOfGoodUnicastFrameReceived) + ARQ_COUNT(NbOfGoodPacketsBroadcast) +
+              ARQ_COUNT(NbOfGoodPacketsMulticast) + ARQ_COUNT(NbOfPacketsSizeLess64BytesReceived) +
+              ARQ_COUNT(NbOfFragmentedPacketsReceived) + ARQ_COUNT(NbOfOversizedPacketsReceived) +
+              ARQ_COUNT(NbOfJabberPacketsReceived) + ARQ_COUNT(NbOfCrcErrorEvents);
+  r.dataSource = {1, 3, 6, 1, 2, 1, 2, 2, 1, 1, static_cast<oid>(served.ifIndex)};
+  if (context.model.lldpLocal.mainMac) r.systemId = MacOctets(*context.model.lldpLocal.mainMac);
+  r.selectedAgg = lag;
+  r.attachedAgg = port.link == Model::LinkState::Up ? lag : 0;
+  if (served.ifIndex <= kLargestActorPort) r.actorPort = served.ifIndex;
+  return r;
+}
+
+// The ifIndex of the IF-MIB row whose interface has the address, or 0.
+long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint8_t, 4>& address) {
+  for (const auto& served : context.layout.ports) {
+    if (served.owner->type == Dto::IfType::Ethernet && served.owner->ipv4 == address) {
+      return served.ifIndex;
+    }
+  }
+  for (const auto& served : context.layout.aggregates) {
+    if (served.interface->ipv4 == address) return served.ifIndex;
+  }
+  return 0;
+}
+
+void Project(const ProjectionContext& context) {
+  std::vector<AggregatorRow> aggregators;
+  std::map<long, long> lagOf;  // port ifIndex -> LAG ifIndex
+  for (const auto& served : context.layout.aggregates) {
+    if (served.interface->type != Dto::IfType::BasicLag) continue;
+    AggregatorRow row;
+    row.index = {static_cast<oid>(served.ifIndex)};
+    if (served.interface->mac) row.mac = MacOctets(*served.interface->mac);
+    if (context.model.lldpLocal.mainMac) row.systemId = MacOctets(*context.model.lldpLocal.mainMac);
+    row.ports = PortList(served.members, kLargestActorPort);
+    for (const long member : served.members) lagOf.emplace(member, served.ifIndex);
+    aggregators.push_back(std::move(row));
+  }
+  std::vector<PortRow> ports;
+  std::vector<PortRow> rmon;
+  std::vector<long> lldpPorts;
+  ports.reserve(context.layout.ports.size());
+  for (const auto& served : context.layout.ports) {
+    const auto lag = lagOf.find(served.ifIndex);
+    ports.push_back(MakePortRow(served, context, lag == lagOf.end() ? 0 : lag->second));
+    if (served.ifIndex <= kLargestActorPort) rmon.push_back(ports.back());
+    lldpPorts.push_back(served.ifIndex);
+  }
+  std::vector<ManAddrRow> addresses;
+  if (const auto& address = context.model.lldpLocal.managementIpv4) {
+    ManAddrRow row;
+    row.index = {1, 4, (*address)[0], (*address)[1], (*address)[2], (*address)[3]};  // ipV4(1)
+    row.length = 1 + 4;
+    row.ifId = AddressIfIndex(context, *address);
+    row.ifSubtype = row.ifId != 0 ? 2 : 1;
+    row.ports = PortList(lldpPorts, kLargestLldpPort);
+    addresses.push_back(std::move(row));
+  }
+  dot3StatsTable.Replace(std::move(ports));
+  etherStatsTable.Replace(std::move(rmon));
+  dot3adAggTable.Replace(std::move(aggregators));
+  lldpLocManAddrTable.Replace(std::move(addresses));
+}
+
+}  // namespace
+
+void init_portCounterViews() {
+  AddProjector(Project);
+#define ARQ_ARCS(...) std::vector<oid>{__VA_ARGS__}
+#define ARQ_REGISTER(name, mib, arcs, row, columns) Register(#name, ARQ_ARCS arcs, name);
+  ARQ_PORT_COUNTER_TABLES(ARQ_REGISTER)
+#undef ARQ_REGISTER
+#undef ARQ_ARCS
+}
+
+}  // namespace Arq::Snmp
