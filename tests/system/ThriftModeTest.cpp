@@ -530,7 +530,7 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     Map neighbours, management, ifNames;
     std::vector<std::string> warnings;  // empty: no error at all in the log
     std::string ifIndexFile = {};       // written before the daemon starts, when set
-    Map standard = {};  // cells of the standard views, by full OID
+    Map standard = {};                  // cells of the standard views, by full OID
   };
   const std::string entity = "1.3.6.1.2.1.47.1.", ptp = "1.3.6.1.2.1.241.1.";
   const std::string basePort = "1.3.6.1.2.1.17.1.4.1.2.";
