@@ -1,15 +1,19 @@
 // The standard views' objects (Standard/*Objects.def) against an independent
-// definition: Debian's compilation of ENTITY-MIB, BRIDGE-MIB and Q-BRIDGE-MIB
-// (python3-pysnmp4-mibs, read as text). PTPBASE-MIB, which no package
-// carries, is written once from RFC 8173 in PtpBaseObjects.def.
+// definition: Debian's compilation of EtherLike-MIB, RMON-MIB, HC-RMON-MIB,
+// ENTITY-MIB, BRIDGE-MIB and Q-BRIDGE-MIB (python3-pysnmp4-mibs, read as
+// text). PTPBASE-MIB and the IEEE MIBs, which no package carries, are written
+// once from their standards in their definition files.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "Standard/PortCounterTables.h"
 
 namespace {
 
@@ -44,15 +48,37 @@ std::map<std::string, Object> Compiled(const std::vector<std::string>& modules) 
   return objects;
 }
 
-TEST(StandardObjectsTest, EntityAndBridgeObjectsMatchTheCompiledModules) {
-  const auto compiled = Compiled({"ENTITY-MIB", "BRIDGE-MIB", "Q-BRIDGE-MIB"});
-  ASSERT_GT(compiled.size(), 100u);
-  for (const auto& object : kEntityAndBridge) {
-    const auto found = compiled.find(object.name);
-    ASSERT_NE(found, compiled.end()) << object.name;
-    EXPECT_EQ(object.id, found->second.id) << object.name;
-    EXPECT_EQ(object.syntax, found->second.syntax) << object.name;
+void ExpectCompiled(const std::map<std::string, Object>& compiled, const Object& object) {
+  const auto found = compiled.find(object.name);
+  ASSERT_NE(found, compiled.end()) << object.name;
+  EXPECT_EQ(object.id, found->second.id) << object.name;
+  EXPECT_EQ(object.syntax, found->second.syntax) << object.name;
+}
+
+TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
+  const auto compiled = Compiled(
+      {"ENTITY-MIB", "BRIDGE-MIB", "Q-BRIDGE-MIB", "EtherLike-MIB", "RMON-MIB", "HC-RMON-MIB"});
+  ASSERT_GT(compiled.size(), 200u);
+  for (const auto& object : kEntityAndBridge) ExpectCompiled(compiled, object);
+  int columns = 0;
+  for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
+    const std::string mib = table.mib;
+    if (mib != "EtherLike-MIB" && mib != "RMON-MIB" && mib != "HC-RMON-MIB") continue;
+    std::string entry;
+    for (unsigned arc : table.arcs) entry += std::to_string(arc) + ", ";
+    for (const auto& column : table.columns) {
+      ExpectCompiled(compiled,
+                     {column.name, column.syntax, entry + "1, " + std::to_string(column.number)});
+    }
+    // And no column of the table is missing from the definition.
+    const auto inTable = std::count_if(compiled.begin(), compiled.end(), [&](const auto& object) {
+      const std::string& id = object.second.id;
+      return id.rfind(entry + "1, ", 0) == 0 && id.find(',', entry.size() + 3) == std::string::npos;
+    });
+    EXPECT_EQ(static_cast<std::size_t>(inTable), table.columns.size()) << table.name;
+    columns += static_cast<int>(table.columns.size());
   }
+  EXPECT_EQ(columns, 67);
 }
 
 }  // namespace
