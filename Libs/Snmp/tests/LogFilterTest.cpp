@@ -26,6 +26,14 @@ TEST(LogFilterTest, AppliesTheLevelAndReportsAnAbsentMasterOnceAPeriod) {
     std::string text;
     std::vector<Line> written;
   };
+  const std::string still =
+      "orvovia-snmpd: AgentX master still unavailable after 300 s: 3 more failed connection "
+      "attempts\n";
+  const std::string back =
+      "orvovia-snmpd: AgentX master back after 304 s (4 failed connection attempts)\n";
+  const std::string backSoon =
+      "orvovia-snmpd: AgentX master back after 1 s (0 failed connection attempts)\n";
+  // clang-format off
   const std::vector<Step> steps{
       {0, LOG_WARNING, LOG_INFO, kChanged, {}},
       {0, LOG_INFO, LOG_INFO, kChanged, {{LOG_INFO, kChanged}}},
@@ -34,34 +42,19 @@ TEST(LogFilterTest, AppliesTheLevelAndReportsAnAbsentMasterOnceAPeriod) {
       {2, LOG_WARNING, LOG_ERR, kRefused, {{LOG_ERR, kRefused}}},
       {4, LOG_WARNING, LOG_ERR, kRefused, {}},
       {300, LOG_WARNING, LOG_ERR, kRefused, {}},
-      {302,
-       LOG_WARNING,
-       LOG_ERR,
-       kRefused,
-       {{LOG_ERR,
-         "orvovia-snmpd: AgentX master still unavailable after 300 s: 3 more failed "
-         "connection attempts\n"}}},
+      {302, LOG_WARNING, LOG_ERR, kRefused, {{LOG_ERR, still}}},
       {304, LOG_WARNING, LOG_ERR, kRefused, {}},
-      {306,
-       LOG_WARNING,
-       LOG_INFO,
-       kConnected,
-       {{LOG_ERR,
-         "orvovia-snmpd: AgentX master back after 304 s (4 failed connection attempts)\n"}}},
+      {306, LOG_WARNING, LOG_INFO, kConnected, {{LOG_ERR, back}}},
       {307, LOG_WARNING, LOG_ERR, kDuplicate, {}},
       {307, LOG_DEBUG, LOG_ERR, kDuplicate, {{LOG_DEBUG, kDuplicate}}},
       {320, LOG_WARNING, LOG_ERR, kDuplicate, {{LOG_ERR, kDuplicate}}},
       {330, LOG_WARNING, LOG_INFO, kDisconnected, {{LOG_WARNING, kDisconnected}}},
-      {331,
-       LOG_WARNING,
-       LOG_INFO,
-       kConnected,
-       {{LOG_WARNING,
-         "orvovia-snmpd: AgentX master back after 1 s (0 failed connection attempts)\n"}}},
+      {331, LOG_WARNING, LOG_INFO, kConnected, {{LOG_WARNING, backSoon}}},
       {400, -1, LOG_ERR, kRefused, {}},
       {401, -1, LOG_INFO, kConnected, {}},
       {402, LOG_ERR, LOG_ERR, kRefused, {{LOG_ERR, kRefused}}},
   };
+  // clang-format on
   const auto start = LogFilter::Clock::now();
   for (const auto& step : steps) {
     SCOPED_TRACE(step.second);
