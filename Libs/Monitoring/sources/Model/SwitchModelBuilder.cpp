@@ -19,24 +19,14 @@ namespace Dto = OrvoViaSwitch::Domain::Dto;
 namespace Model = OrvoViaSwitch::Domain::Model;
 using Model::LinkState;
 
-// The calls whose records the model is made of, by their place in the
-// collection (CollectorHealth.h names them).
-enum Call : std::size_t {
-  kIfList = 0,
-  kIfInfo = 1,
-  kEthInfo = 2,
-  kEthCounters = 3,
-  kEthStats = 4,
-  kMainMac = 5,
-  kLldpConfig = 6,
-  kLldpNeighbours = 7,
-  kPtp = 8,
-  kConfig = 9,
-};
+using Call = Dto::Metrics::CollectorCall;
 
-void WarnCut(const char* what, std::size_t reported, std::size_t kept) {
+// How many of `reported` items a bound keeps, with one warning when it cuts.
+std::size_t Kept(std::size_t reported, std::size_t bound, const char* what) {
+  if (reported <= bound) return reported;
   snmp_log(LOG_WARNING, "switch model: %zu %s reported, the first %zu kept\n", reported, what,
-           kept);
+           bound);
+  return bound;
 }
 
 // Items by their name, for lookups in collections of any size.
@@ -139,10 +129,7 @@ void BuildInterfaces(const SwitchSnapshot& s, Model::SwitchModel& model) {
   for (const auto& name : s.interfaceNames) {
     if (s.interfaces.count(name) != 0) names.push_back(&name);
   }
-  if (names.size() > Model::kMaxInterfaces) {
-    WarnCut("interfaces", names.size(), Model::kMaxInterfaces);
-    names.resize(Model::kMaxInterfaces);
-  }
+  names.resize(Kept(names.size(), Model::kMaxInterfaces, "interfaces"));
   std::map<std::string, std::size_t> portIndex;
   std::size_t portsCut = 0;
   for (const std::string* name : names) {
@@ -173,7 +160,7 @@ void BuildInterfaces(const SwitchSnapshot& s, Model::SwitchModel& model) {
       if (interface.members.size() < Model::kMaxMembers) interface.members.push_back(entry->second);
     }
   }
-  if (portsCut != 0) WarnCut("ports", model.ports.size() + portsCut, Model::kMaxPorts);
+  (void)Kept(model.ports.size() + portsCut, Model::kMaxPorts, "ports");
 }
 
 // Each port's data from the first interface, by kind, whose lists carry it;
@@ -234,9 +221,9 @@ std::unordered_map<std::string_view, const Model::Port*> PortsByName(
 // model had for it: its counters frozen, its state unknown.
 void CarryFailedPortData(const SwitchSnapshot& s, const Model::SwitchModel& before,
                          Model::SwitchModel& model) {
-  const bool info = !s.answered[kEthInfo];
-  const bool counters = !s.answered[kEthCounters];
-  const bool rates = !s.answered[kEthStats];
+  const bool info = !s.answered[Call::Ethernet_GetEthInfo];
+  const bool counters = !s.answered[Call::Interfaces_GetCnt];
+  const bool rates = !s.answered[Call::Interfaces_GetStats];
   if (!info && !counters && !rates) return;
   const auto oldPorts = PortsByName(before);
   for (auto& port : model.ports) {
@@ -329,7 +316,7 @@ void Links(Model::SwitchModel& model, const Model::SwitchModel& before,
 void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
                Model::SwitchModel& model) {
   Model::LldpLocal& local = model.lldpLocal;
-  if (!s.answered[kLldpConfig]) {
+  if (!s.answered[Call::LLDP_GetConfig]) {
     local = before.lldpLocal;
   } else {
     local.systemName = s.lldpConfig.SystemName;
@@ -340,18 +327,15 @@ void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
     local.managementIpv4 = ParseIpv4(s.lldpConfig.ManagementIP);
     local.ttl = s.lldpConfig.TTL;
   }
-  local.mainMac = s.answered[kMainMac] ? ParseMac(s.mainMacAddress) : before.lldpLocal.mainMac;
+  local.mainMac = s.answered[Call::Interfaces_GetMainMacAddr] ? ParseMac(s.mainMacAddress)
+                                                              : before.lldpLocal.mainMac;
   local.chassisMac = ParseMac(local.chassisIdText);
 
-  if (!s.answered[kLldpNeighbours]) {
+  if (!s.answered[Call::LLDP_GetInfo]) {
     model.neighbours = before.neighbours;
     return;
   }
-  std::size_t count = s.lldpNeighbours.size();
-  if (count > Model::kMaxNeighbours) {
-    WarnCut("LLDP neighbours", count, Model::kMaxNeighbours);
-    count = Model::kMaxNeighbours;
-  }
+  const std::size_t count = Kept(s.lldpNeighbours.size(), Model::kMaxNeighbours, "LLDP neighbours");
   model.neighbours.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     if (s.lldpNeighbours[i].IfName.empty()) continue;
@@ -361,15 +345,11 @@ void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
 
 void BuildPtp(const SwitchSnapshot& s, const Model::SwitchModel& before,
               Model::SwitchModel& model) {
-  if (!s.answered[kPtp]) {
+  if (!s.answered[Call::PTP_GetConfig]) {
     model.ptpDomains = before.ptpDomains;
     return;
   }
-  std::size_t count = s.ptpConfigs.size();
-  if (count > Model::kMaxPtpDomains) {
-    WarnCut("PTP domains", count, Model::kMaxPtpDomains);
-    count = Model::kMaxPtpDomains;
-  }
+  const std::size_t count = Kept(s.ptpConfigs.size(), Model::kMaxPtpDomains, "PTP domains");
   for (std::size_t i = 0; i < count; ++i) {
     const auto& config = s.ptpConfigs[i];
     auto& domain = model.ptpDomains.emplace_back();
@@ -389,7 +369,7 @@ std::shared_ptr<Model::SwitchModel> SwitchModelBuilder::Build(const SwitchSnapsh
                                                               Model::Clock::time_point now) {
   auto model = std::make_shared<Model::SwitchModel>();
   const Model::SwitchModel& before = *previous;
-  if (!s.answered[kIfList] || !s.answered[kIfInfo]) {
+  if (!s.answered[Call::Interfaces_GetIfList] || !s.answered[Call::Interfaces_GetInfo]) {
     // No interface data this time: the last ones stand, their state unknown.
     model->ports = before.ports;
     model->interfaces = before.interfaces;
@@ -400,7 +380,7 @@ std::shared_ptr<Model::SwitchModel> SwitchModelBuilder::Build(const SwitchSnapsh
     FillPorts(s, *model);
     CarryFailedPortData(s, before, *model);
     // Ports whose state is the last one known are not this collection's own.
-    model->collection.interfacesCurrent = s.answered[kEthInfo];
+    model->collection.interfacesCurrent = s.answered[Call::Ethernet_GetEthInfo];
     Discontinuities(*model, before, now);
   }
   Links(*model, before, now);
@@ -412,7 +392,8 @@ std::shared_ptr<Model::SwitchModel> SwitchModelBuilder::Build(const SwitchSnapsh
   }
   BuildLldp(s, before, *model);
   BuildPtp(s, before, *model);
-  model->configuration = s.answered[kConfig] ? s.currentConfig : before.configuration;
+  model->configuration =
+      s.answered[Call::Config_GetCurrentConfig] ? s.currentConfig : before.configuration;
   model->collection.collectedAt = now;
   previous = model;
   return model;
