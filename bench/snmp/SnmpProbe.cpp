@@ -2,8 +2,11 @@
 // sent one after the other, figures printed on one line.
 //   arq-snmp-probe <host:port> get <oid> <count>
 //       GET of one object <count> times; latency percentiles.
-//   arq-snmp-probe <host:port> walk <oid> <count>
+//   arq-snmp-probe <host:port> walk <oid> <count> [<objects>]
 //       <count> walks of the subtree with GETBULK (max-repetitions 10); objects/s.
+//       With <objects>, a walk takes the subtree's first <objects> objects and
+//       ends at the next one, as the walk of a table of that size ends at the
+//       object past it: a like walk in as many requests.
 //   arq-snmp-probe <host:port> table <entry-oid> <first-column> <count>
 //       <count> reads of ten columns from <first-column>, as snmptable does: one
 //       GETBULK of the ten columns (max-repetitions 10) per request, each
@@ -89,8 +92,9 @@ int Get(netsnmp_session* session, const Oid& id, int count) {
   return failures == 0 ? 0 : 1;
 }
 
-// One walk of `root`; the number of objects, or -1 on a failed request.
-long Walk(netsnmp_session* session, const Oid& root) {
+// One walk of `root` (of its first `limit` objects); the number of objects,
+// or -1 on a failed request.
+long Walk(netsnmp_session* session, const Oid& root, long limit) {
   Oid next = root;
   long objects = 0;
   for (;;) {
@@ -105,7 +109,7 @@ long Walk(netsnmp_session* session, const Oid& root) {
       Oid got;
       got.length = v->name_length;
       std::memcpy(got.arcs, v->name, v->name_length * sizeof(oid));
-      if (IsEnd(v) || !got.StartsWith(root)) {
+      if (IsEnd(v) || !got.StartsWith(root) || objects == limit) {
         done = true;
         break;
       }
@@ -173,19 +177,21 @@ int Throughput(const char* label, int count, Read read) {
 
 int main(int argc, char** argv) {
   const std::string mode = argc > 2 ? argv[2] : "";
-  const bool ok =
-      ((mode == "get" || mode == "walk") && argc == 5) || (mode == "table" && argc == 6);
+  const bool ok = (mode == "get" && argc == 5) || (mode == "walk" && (argc == 5 || argc == 6)) ||
+                  (mode == "table" && argc == 6);
   if (!ok) {
     std::fprintf(stderr,
                  "usage: %s <host:port> get <oid> <count>\n"
-                 "       %s <host:port> walk <oid> <count>\n"
+                 "       %s <host:port> walk <oid> <count> [<objects>]\n"
                  "       %s <host:port> table <entry-oid> <first-column> <count>\n",
                  argv[0], argv[0], argv[0]);
     return 2;
   }
-  const int count = std::atoi(argv[argc - 1]);
-  if (count < 1) {
-    std::fprintf(stderr, "%s: the count must be 1 or more, not %s\n", argv[0], argv[argc - 1]);
+  const bool limited = mode == "walk" && argc == 6;
+  const int count = std::atoi(argv[limited ? 4 : argc - 1]);
+  const long limit = limited ? std::atol(argv[5]) : -1;
+  if (count < 1 || (limited && limit < 1)) {
+    std::fprintf(stderr, "%s: the counts must be 1 or more\n", argv[0]);
     return 2;
   }
   init_snmp("arq-snmp-probe");
@@ -203,7 +209,7 @@ int main(int argc, char** argv) {
   if (mode == "get") {
     status = Get(session, id, count);
   } else if (mode == "walk") {
-    status = Throughput("walk", count, [&] { return Walk(session, id); });
+    status = Throughput("walk", count, [&] { return Walk(session, id, limit); });
   } else {
     const auto firstColumn = static_cast<oid>(std::atol(argv[4]));
     status = Throughput("table", count, [&] { return ReadColumns(session, id, firstColumn); });

@@ -671,7 +671,9 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
     if (c.scenario.find("counters.json") != std::string::npos) ExpectGrowthByTheRates();
     EXPECT_TRUE(setup.Daemon().IsRunning());
   }
-  // The inconsistent scenario's only PTP domain has an unknown clock mode: no row.
+  // The inconsistent scenario's PTP domains have clock modes the interface
+  // does not define (one of them on UDP, that the conversion's 0 would make a
+  // transparent clock): no row.
   EXPECT_EQ(Walk(ptp.substr(0, ptp.size() - 1)), Map{});
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address

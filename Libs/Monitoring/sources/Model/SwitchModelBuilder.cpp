@@ -356,7 +356,9 @@ void BuildPtp(const SwitchSnapshot& s, const Model::SwitchModel& before,
     // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a signed byte number
     domain.domain = static_cast<std::int32_t>(config.Domain);
     domain.packetType = config.PacketType;
-    domain.clockMode = config.ClockMode;
+    // A mode the interface does not define is unknown here, not the 0
+    // (transparent) that the conversion made of it.
+    domain.clockMode = config.ClockModeDefined ? config.ClockMode : Dto::PTPClockMode::Unknown;
     domain.profile = config.Profile;
     domain.ports = config.IfList;
     domain.slavePorts = config.SlaveIfList;

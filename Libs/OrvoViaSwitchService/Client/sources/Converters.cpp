@@ -259,6 +259,7 @@ Dto::PTPConfig PTPConfigConverter::FromGenerated(const api::PTPConfig_t& config)
   result.Domain = config.Domain;
   result.PacketType = EnumConverter::FromGeneratedEnum(config.PacketType);
   result.ClockMode = EnumConverter::FromGeneratedEnum(config.ClockMode);
+  result.ClockModeDefined = EnumConverter::Defines(config.ClockMode);
   result.IfList = config.IfList;
   result.SlaveIfList = config.SlaveIfList;
   result.Profile = EnumConverter::FromGeneratedEnum(config.Profile);

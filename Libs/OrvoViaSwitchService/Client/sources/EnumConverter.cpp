@@ -364,6 +364,10 @@ Dto::PTPClockMode EnumConverter::FromGeneratedEnum(api::PTPClockMode_t::type val
   return PTPClockModes().FromGenerated(value);
 }
 
+bool EnumConverter::Defines(api::PTPClockMode_t::type value) {
+  return PTPClockModes().Defines(value);
+}
+
 api::PTPProfile_t::type EnumConverter::ToGeneratedEnum(Dto::PTPProfile value) {
   return PTPProfiles().ToGenerated(value);
 }

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/Converters.h"
 #include "Arq/OrvoViaSwitchService/Service/Serialization/Thrift/EnumConverter.h"
 
 namespace Arq::OrvoViaSwitchService::Service::Serialization::Thrift {
@@ -92,6 +93,15 @@ TEST(EnumConverterTest, FecTypesMeetByNameAndUnknownValuesGiveZero) {
   // EthSpeed_t can hold 0..15 only; lldpTlvType_t reaches 255.
   EXPECT_EQ(static_cast<int>(EnumConverter::FromGeneratedEnum(api::EthSpeed_t::type(12))), 0);
   EXPECT_EQ(static_cast<int>(EnumConverter::FromGeneratedEnum(api::lldpTlvType_t::type(42))), 0);
+  // A PTP domain keeps whether its clock mode was one the table holds: 9
+  // converts to 0 (transparent) like any unknown value, but is marked.
+  api::PTPConfig_t ptp;
+  for (const auto& [wire, defined] : {std::pair{9, false}, {-2, false}, {4, true}, {-1, true}}) {
+    ptp.ClockMode = api::PTPClockMode_t::type(wire);
+    const Dto::PTPConfig config = PTPConfigConverter::FromGenerated(ptp);
+    EXPECT_EQ(config.ClockModeDefined, defined) << wire;
+    EXPECT_EQ(config.ClockMode, defined ? Dto::PTPClockMode(wire) : Dto::PTPClockMode::Transparent);
+  }
 }
 
 }  // namespace

@@ -8,10 +8,41 @@ namespace {
 
 struct Registered {
   ISortedTable* table;
-  std::vector<oid> entry;  // tableId + 1
+  std::vector<oid> entry;  // tableId + 1, or the group of a range of scalars
   unsigned firstColumn;
   unsigned lastColumn;
 };
+
+// The tables and scalar ranges behind one Net-SNMP registration, in
+// ascending order of their identifiers (their spans never overlap).
+struct Shared {
+  std::vector<Registered> members;
+};
+
+// Subtrees whose views share one registration: a walk that runs past the end
+// of one table then finds the next table's first cell in the same AgentX
+// request, rather than the sub-agent answering "end of the registration" and
+// snmpd asking the next one in one more round trip, a cost that shows in a
+// walk of a few rows. A registration, not a range of arcs: snmpd splits a
+// range into a subtree per arc, each crossed with a round trip of its own.
+// Only subtrees whose every object is ours or served by no module of snmpd;
+// IF-MIB, EtherLike-MIB, RMON-MIB and BRIDGE-MIB's dot1dBase, which snmpd may
+// serve in part for the management processor, keep one registration per
+// table.
+struct SharedSubtree {
+  const char* name;
+  std::vector<oid> id;
+};
+const std::vector<SharedSubtree>& SharedSubtrees() {
+  static const std::vector<SharedSubtree> subtrees = {
+      {"lldpObjects", {1, 0, 8802, 1, 1, 2, 1}},
+      {"lagMIBObjects", {1, 2, 840, 10006, 300, 43, 1}},
+      {"entityMIBObjects", {1, 3, 6, 1, 2, 1, 47, 1}},
+      {"dot1qVlan", {1, 3, 6, 1, 2, 1, 17, 7, 1, 4}},
+      {"ptpbaseMIBObjects", {1, 3, 6, 1, 2, 1, 241, 1}},
+  };
+  return subtrees;
+}
 
 int Compare(const oid* a, std::size_t aLength, const std::vector<oid>& b) {
   return snmp_oid_compare(a, aLength, b.data(), b.size());
@@ -33,20 +64,31 @@ std::size_t FirstRowAfter(const ISortedTable& table, const oid* arcs, std::size_
   return low;
 }
 
-void AnswerGet(const Registered& r, netsnmp_agent_request_info* reqinfo,
+// The member whose columns hold the requested name, if any.
+const Registered* Holder(const Shared& shared, const netsnmp_variable_list* var) {
+  for (const Registered& r : shared.members) {
+    const std::size_t base = r.entry.size();
+    if (var->name_length <= base + 1 ||
+        snmp_oid_compare(var->name, base, r.entry.data(), base) != 0) {
+      continue;
+    }
+    const auto column = static_cast<unsigned>(var->name[base]);
+    if (column >= r.firstColumn && column <= r.lastColumn) return &r;
+  }
+  return nullptr;
+}
+
+void AnswerGet(const Shared& shared, netsnmp_agent_request_info* reqinfo,
                netsnmp_request_info* request) {
   netsnmp_variable_list* var = request->requestvb;
+  const Registered* holder = Holder(shared, var);
+  if (holder == nullptr) {
+    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
+    return;
+  }
+  const Registered& r = *holder;
   const std::size_t base = r.entry.size();
-  if (var->name_length <= base + 1 ||
-      snmp_oid_compare(var->name, base, r.entry.data(), base) != 0) {
-    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
-    return;
-  }
   const auto column = static_cast<unsigned>(var->name[base]);
-  if (column < r.firstColumn || column > r.lastColumn) {
-    netsnmp_set_request_error(reqinfo, request, SNMP_NOSUCHOBJECT);
-    return;
-  }
   const oid* arcs = var->name + base + 1;
   const std::size_t length = var->name_length - base - 1;
   const std::size_t row = FirstRowAfter(*r.table, arcs, length, true);
@@ -56,7 +98,8 @@ void AnswerGet(const Registered& r, netsnmp_agent_request_info* reqinfo,
   }
 }
 
-void AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
+// Sets the first cell of `r` after the requested name; false when it has none.
+bool AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
   netsnmp_variable_list* var = request->requestvb;
   const std::size_t base = r.entry.size();
   unsigned column = r.firstColumn;
@@ -64,9 +107,9 @@ void AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
   std::size_t length = 0;
   const int order = snmp_oid_compare(var->name, std::min<std::size_t>(var->name_length, base),
                                      r.entry.data(), base);
-  if (order > 0) return;
+  if (order > 0) return false;
   if (order == 0 && var->name_length > base) {
-    if (var->name[base] > r.lastColumn) return;
+    if (var->name[base] > r.lastColumn) return false;
     if (var->name[base] >= r.firstColumn) {
       column = static_cast<unsigned>(var->name[base]);
       arcs = var->name + base + 1;
@@ -83,22 +126,25 @@ void AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
       name.push_back(column);
       name.insert(name.end(), index.begin(), index.end());
       snmp_set_var_objid(var, name.data(), name.size());
-      return;
+      return true;
     }
   }
+  return false;
 }
 
 int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
            netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
-  const auto& r = *static_cast<const Registered*>(handler->myvoid);
+  const auto& shared = *static_cast<const Shared*>(handler->myvoid);
   if (reqinfo->mode != MODE_GET && reqinfo->mode != MODE_GETNEXT) return SNMP_ERR_NOERROR;
-  r.table->Refresh();
+  for (const Registered& r : shared.members) r.table->Refresh();
   for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
     if (request->processed) continue;
     if (reqinfo->mode == MODE_GET) {
-      AnswerGet(r, reqinfo, request);
+      AnswerGet(shared, reqinfo, request);
     } else {
-      AnswerGetNext(r, request);
+      for (const Registered& r : shared.members) {
+        if (AnswerGetNext(r, request)) break;
+      }
     }
   }
   return SNMP_ERR_NOERROR;
@@ -113,21 +159,65 @@ std::map<std::string, RegisteredView>& Registry() {
   return registry;
 }
 
-netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
-                                       std::vector<oid> root, unsigned firstColumn,
-                                       unsigned lastColumn, bool range, ISortedTable* table) {
-  // Lives as long as the registration: the process.
-  auto* registered = new Registered{table, std::move(entry), firstColumn, lastColumn};
-  Registry()[name] = {table, firstColumn, lastColumn};
+// The shared subtree's registration and members, made at its first member.
+struct SharedRegistration {
+  Shared* shared = nullptr;
+  netsnmp_handler_registration* registration = nullptr;
+};
+std::map<std::string, SharedRegistration>& SharedRegistrations() {
+  static std::map<std::string, SharedRegistration> registrations;
+  return registrations;
+}
+
+netsnmp_handler_registration* CreateRegistration(const char* name, const std::vector<oid>& root,
+                                                 int rangeSubid, unsigned rangeUpperBound,
+                                                 Shared* shared) {
   netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
       name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
-  registration->handler->myvoid = registered;
+  registration->handler->myvoid = shared;
   registration->priority = kStandardViewPriority;
-  if (range) {
-    registration->range_subid = static_cast<int>(root.size());
-    registration->range_ubound = lastColumn;
+  if (rangeSubid != 0) {
+    registration->range_subid = rangeSubid;
+    registration->range_ubound = rangeUpperBound;
   }
   netsnmp_register_handler(registration);
+  return registration;
+}
+
+netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
+                                       const std::vector<oid>& root, unsigned firstColumn,
+                                       unsigned lastColumn, bool range, ISortedTable* table) {
+  Registry()[name] = {table, firstColumn, lastColumn};
+  const auto subtree =
+      std::find_if(SharedSubtrees().begin(), SharedSubtrees().end(), [&](const auto& shared) {
+        return root.size() > shared.id.size() &&
+               std::equal(shared.id.begin(), shared.id.end(), root.begin());
+      });
+  Registered member{table, std::move(entry), firstColumn, lastColumn};
+  netsnmp_handler_registration* registration = nullptr;
+  if (subtree == SharedSubtrees().end()) {
+    auto* shared = new Shared{{std::move(member)}};  // lives as long as the registration
+    registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
+                                      lastColumn, shared);
+  } else {
+    SharedRegistration& found = SharedRegistrations()[subtree->name];
+    if (found.shared == nullptr) {
+      found.shared = new Shared;  // lives as long as the registration
+      found.registration = CreateRegistration(subtree->name, subtree->id, 0, 0, found.shared);
+    }
+    // Kept in the order of the members' first identifiers.
+    const auto start = [](const Registered& r) {
+      std::vector<oid> id = r.entry;
+      id.push_back(r.firstColumn);
+      return id;
+    };
+    auto& members = found.shared->members;
+    const std::vector<oid> at = start(member);
+    members.insert(std::find_if(members.begin(), members.end(),
+                                [&](const Registered& r) { return start(r) > at; }),
+                   std::move(member));
+    registration = found.registration;
+  }
   snmp_log(LOG_INFO, "%s Done initializing.\n", name);
   return registration;
 }

@@ -36,7 +36,10 @@ class ISortedTable {
 inline constexpr int kStandardViewPriority = 100;
 
 // Registers `table` read-only at `tableId` (the entry is arc 1 below it),
-// serving columns `firstColumn` to `lastColumn`. Returns the registration.
+// serving columns `firstColumn` to `lastColumn`. Returns the registration:
+// for a table of a subtree served whole (LLDP-MIB's and IEEE8023-LAG-MIB's
+// objects, ENTITY-MIB's, PTPBASE-MIB's, Q-BRIDGE-MIB's dot1qVlan), the one
+// registration of that subtree, which answers for each of its tables.
 netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
                                                   unsigned firstColumn, unsigned lastColumn,
                                                   ISortedTable* table);

@@ -17,8 +17,14 @@ struct PTPConfig {
   std::vector<std::string> IfList;
   std::vector<std::string> SlaveIfList;
   PTPProfile Profile = PTPProfile::Unknown;
+  // False when the switch sent a clock mode the interface does not define:
+  // ClockMode then holds 0 (Transparent), as every unknown enumerator
+  // converts, and only this flag tells such a domain from a transparent one.
+  bool ClockModeDefined = true;
 
-  auto Tie() const { return std::tie(Domain, PacketType, ClockMode, IfList, SlaveIfList, Profile); }
+  auto Tie() const {
+    return std::tie(Domain, PacketType, ClockMode, IfList, SlaveIfList, Profile, ClockModeDefined);
+  }
   bool operator==(const PTPConfig& other) const { return Tie() == other.Tie(); }
   bool operator!=(const PTPConfig& other) const { return !(*this == other); }
 };

@@ -34,6 +34,9 @@ class EnumAssociation {
     return found == toGenerated.end() ? static_cast<GeneratedEnum>(0) : found->second;
   }
 
+  // Whether the table holds the wire value.
+  bool Defines(GeneratedEnum value) const { return fromGenerated.count(value) != 0; }
+
   DomainEnum FromGenerated(GeneratedEnum value) const {
     const auto found = fromGenerated.find(value);
     return found == fromGenerated.end() ? static_cast<DomainEnum>(0) : found->second;

@@ -81,6 +81,9 @@ class EnumConverter {
       OrvoViaSwitch::Domain::Dto::PTPClockMode value);
   static OrvoViaSwitch::Domain::Dto::PTPClockMode FromGeneratedEnum(
       ArqSwitchApi::PTPClockMode_t::type value);
+  // Whether the association table holds the wire value (FromGeneratedEnum
+  // gives 0 for one it does not).
+  static bool Defines(ArqSwitchApi::PTPClockMode_t::type value);
   static ArqSwitchApi::PTPProfile_t::type ToGeneratedEnum(
       OrvoViaSwitch::Domain::Dto::PTPProfile value);
   static OrvoViaSwitch::Domain::Dto::PTPProfile FromGeneratedEnum(
