@@ -111,16 +111,19 @@ TEST(FakeModeTest, OneDaemonThroughOptionsFaultsAndAMasterRestart) {
               HasSubstr(" Info OrvoViaSwitchMonitoring: --- The End With Exit Code: (0) ---"));
 }
 
-// Whatever signal ends it and wherever its output cannot go, the daemon ends
-// in order. An unusable redirect path leaves standard output where it was,
-// with one message on standard error; a standard output pipe without reader
-// fails every write (EPIPE), also those of the options watcher's thread.
-TEST(FakeModeTest, SignalsEndInOrderWhereverTheOutputCannotGo) {
+// Whatever signal ends it and wherever its output goes, the daemon ends in
+// order. An unusable redirect path leaves standard output where it was, with
+// one message on standard error; a standard output pipe without reader fails
+// every write (EPIPE), also those of the options watcher's thread. At the
+// default level the agent's start-up and shutdown lines are written where
+// the SNMP library logs (the redirected file, else standard error), and its
+// per-request change lines are not.
+TEST(FakeModeTest, SignalsEndInOrderWhereverTheOutputGoes) {
   struct Case {
     const char* name;
     int signal;
     std::string redirect;  // below the setup's folder
-    const char* reason;
+    const char* reason;    // why it cannot be used; nullptr: it can
   };
   const Case cases[] = {
       {"standard output a pipe without reader", SIGINT, "", ""},
@@ -128,12 +131,13 @@ TEST(FakeModeTest, SignalsEndInOrderWhereverTheOutputCannotGo) {
       // The device through a link of the test's own: a faulty split renames
       // the link, never the device.
       {"device that refuses every write", SIGTERM, "full", "No space left on device"},
+      {"a file", SIGTERM, "out.log", nullptr},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     DaemonSetup setup;
-    std::vector<std::string> arguments{"monitoring_processor_mode:Fake", "collect_metrics_period:1",
-                                       "log_level:Info"};
+    std::vector<std::string> arguments{"monitoring_processor_mode:Fake",
+                                       "collect_metrics_period:1"};
     const std::string path = setup.Dir().File(c.redirect);
     std::filesystem::create_symlink("/dev/full", setup.Dir().File("full"));
     int reader = -1;
@@ -143,9 +147,11 @@ TEST(FakeModeTest, SignalsEndInOrderWhereverTheOutputCannotGo) {
       reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
       ASSERT_GE(reader, 0);
     } else {
-      arguments.insert(arguments.end(),
-                       {"redirect_output:" + path, "redirect_output_split_period:1",
-                        "redirect_output_file_size:100"});
+      arguments.push_back("redirect_output:" + path);
+      if (c.reason != nullptr) {
+        arguments.insert(arguments.end(),
+                         {"redirect_output_split_period:1", "redirect_output_file_size:100"});
+      }
     }
     setup.StartDaemon(arguments);
     if (reader >= 0) close(reader);
@@ -153,14 +159,27 @@ TEST(FakeModeTest, SignalsEndInOrderWhereverTheOutputCannotGo) {
     setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetricsPeriod":2}})");
     std::this_thread::sleep_for(1100ms);  // a split period passes
     EXPECT_EQ(setup.Get("1.1.0"), "Counter32: 16");
-    setup.ExpectOrderlyStop(c.signal, 5s, reader < 0);
-    if (reader >= 0) continue;
+    if (c.reason != nullptr) {
+      setup.ExpectOrderlyStop(c.signal, 5s, reader < 0);
+    } else {
+      const auto status = setup.StopDaemon(c.signal, 5s);
+      ASSERT_TRUE(status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0);
+    }
+    const std::string log = c.reason != nullptr ? setup.Stderr() : Arq::TestSupport::ReadFile(path);
+    for (const char* line :
+         {"arqSwitchOrvoViaNbEthernetInterfaces Done initializing.\n",
+          "initialize_table_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable Initializing Done.\n",
+          "orvovia-snmpd is up and running.\n", "orvovia-snmpd is shutdowning.\n"}) {
+      EXPECT_THAT(log, HasSubstr(line));
+    }
+    EXPECT_THAT(log, testing::Not(HasSubstr("has changed")));
+    if (reader >= 0 || c.reason == nullptr) continue;
     const std::string message =
         "Cannot redirect standard output to '" + path + "': " + c.reason + "\n";
     const std::string errors = setup.Stderr();
     ASSERT_THAT(errors, HasSubstr(message));
     EXPECT_EQ(errors.find(message), errors.rfind(message));
-    EXPECT_THAT(setup.Stdout(), HasSubstr("* OrvoViaSwitchMonitoring started, argc: 10"));
+    EXPECT_THAT(setup.Stdout(), HasSubstr("* OrvoViaSwitchMonitoring started, argc: 9"));
   }
 }
 

@@ -162,15 +162,21 @@ class ThriftModeTest : public testing::Test {
   }
 
   // Every served column of each port table of PortCounterObjects.def has a
-  // cell for every port row of IF-MIB (RMON's, and dot3adAggPortActorPort,
-  // those up to 65535; a MAC address where the switch gives one): no broken
-  // or missing row.
+  // cell for every port row of IF-MIB (a MAC address where the switch gives
+  // one): no broken or missing row. RMON's rows are numbered on their own, and
+  // the data source of exactly one row names each port.
   void ExpectWholePortRows() {
-    std::set<std::string> ports, small;
+    std::set<std::string> ports, rmonRows, sources;
     for (const auto& [index, type] : Walk("1.3.6.1.2.1.2.2.1.3")) {
-      if (type == "INTEGER: 6") (std::stol(index) < 65536 ? small : ports).insert(index);
+      if (type == "INTEGER: 6") ports.insert(index);
     }
-    ports.insert(small.begin(), small.end());
+    const auto rows = Walk("1.3.6.1.2.1.16.1.1.1.2");
+    for (const auto& [row, source] : rows) {
+      rmonRows.insert(row);
+      sources.insert(source.substr(source.rfind('.') + 1));
+    }
+    EXPECT_EQ(sources, ports);
+    EXPECT_EQ(rows.size(), ports.size());
     for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
       const std::string name = table.name, entry = table.Oid(table.columns.front());
       if (name.rfind("ether", 0) != 0 && name != "dot3StatsTable" && name != "dot3HCStatsTable" &&
@@ -184,8 +190,8 @@ class ThriftModeTest : public testing::Test {
         const std::string syntax = column.syntax;
         if (column.use == Arq::Snmp::Standard::ColumnUse::Absent || syntax == "MacAddress")
           continue;
-        const bool rmon = name[0] == 'e' || std::string(column.name) == "dot3adAggPortActorPort";
-        EXPECT_EQ(columns[std::to_string(column.number)], rmon ? small : ports) << column.name;
+        EXPECT_EQ(columns[std::to_string(column.number)], name[0] == 'e' ? rmonRows : ports)
+            << column.name;
       }
     }
   }
@@ -678,6 +684,46 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.3.0"), "STRING: \"orvo-sim-inconsistent\"");
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.1.0"), "INTEGER: 4");  // main MAC address
   EXPECT_EQ(setup.Master().Get("1.0.8802.1.1.2.1.3.7.1.3.1001"), "STRING: \"1/1\"");
+}
+
+// A switch whose ports are not named <slot>/<port> (ifIndex values from
+// 1000000 on): every port still has its RMON and HC-RMON row, numbered in
+// ifIndex order from 1, with its ifIndex as data source, and the same number
+// as LAG actor port.
+TEST_F(ThriftModeTest, PortsNamedOutsideTheRuleHaveRmonRowsAndActorPorts) {
+  StartSimulator("ge-ports.json");
+  StartDaemon();
+  const std::string source = "1.3.6.1.2.1.16.1.1.1.2", hcPkts = "1.3.6.1.2.1.16.1.7.1.2";
+  const std::string actor = "1.2.840.10006.300.43.1.2.1.1.14";
+  // ifIndex by first sight: the Ethernet interfaces' ports, prs1's, then ae0
+  // and its ports; port numbers in ifIndex order.
+  const std::vector<std::pair<long, const char*>> ports{
+      {1000000, "ge-0/0/1"}, {1000001, "ge-0/0/2"}, {1000002, "ge-0/0/3"}, {1000003, "ge-0/0/4"},
+      {1000004, "ge-0/0/5"}, {1000005, "ge-0/0/6"}, {1000006, "ge-0/0/9"}, {1000007, "ge-0/0/10"},
+      {1000009, "ge-0/0/7"}, {1000010, "ge-0/0/8"}};
+  Map sources, actors, names;
+  std::set<std::string> rows;
+  for (std::size_t n = 0; n < ports.size(); ++n) {
+    const std::string ifIndex = std::to_string(ports[n].first), row = std::to_string(n + 1);
+    sources[row] = "OID: .1.3.6.1.2.1.2.2.1.1." + ifIndex;
+    actors[ifIndex] = "INTEGER: " + row;
+    names[ifIndex] = std::string("STRING: \"") + ports[n].second + "\"";
+    rows.insert(row);
+  }
+  names["1000008"] = "STRING: \"ae0\"";
+  names["200001"] = "STRING: \"prs1\"";
+  ASSERT_TRUE(WaitUntil([&] { return Walk(source) == sources; }, 15s)) << Walk(source).size();
+  EXPECT_EQ(Walk("1.3.6.1.2.1.31.1.1.1.1"), names);
+  EXPECT_EQ(Walk(actor), actors);
+  std::set<std::string> hcRows;
+  for (const auto& [row, value] : Walk(hcPkts)) hcRows.insert(row);
+  EXPECT_EQ(hcRows, rows);
+  // ae0's members ge-0/0/7 and ge-0/0/8 as a PortList of actor ports 9 and 10.
+  EXPECT_EQ(setup.Master().Get("1.2.840.10006.300.43.1.1.2.1.1.1000008"), "Hex-STRING: 00 C0 ");
+  EXPECT_EQ(setup.Master().Get("1.2.840.10006.300.43.1.2.1.1.12.1000009"), "INTEGER: 1000008");
+  // ge-0/0/1's broadcast frames.
+  EXPECT_EQ(setup.Master().Get("1.3.6.1.2.1.16.1.1.1.6.1"), "Counter32: 1");
+  ExpectWholePortRows();
 }
 
 // A peer that answers every call with bytes that are no proper reply never

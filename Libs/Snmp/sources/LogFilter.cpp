@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 namespace Arq::Snmp {
@@ -17,6 +18,18 @@ constexpr const char* kLostTexts[] = {"Failed to connect to the agentx master ag
                                       "AgentX master disconnected us"};
 constexpr const char* kConnectedText = "AgentX subagent connected";
 constexpr const char* kDuplicateRegistration = "registering pdu failed: 263!";
+
+// The agent's own lines of its start and end.
+constexpr const char* kLifecycleTexts[] = {
+    "orvovia-snmpd is up and running.\n", "orvovia-snmpd is shutdowning.\n",
+    "MonitoringProcessor Closing\n", "MonitoringProcessor Closed\n"};
+constexpr std::string_view kModuleStarted = " Done initializing.\n";
+constexpr std::string_view kTablePrefix = "initialize_table_";
+constexpr std::string_view kTableStarted = " Initializing Done.\n";
+
+bool EndsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
 
 bool Contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
@@ -53,6 +66,14 @@ int FilteredOutput(netsnmp_log_handler* handler, int priority, const char* text)
 
 LogFilter::LogFilter(std::function<int()> threshold) : threshold_(std::move(threshold)) {}
 
+bool LogFilter::IsLifecycleLine(const std::string& text) {
+  const std::string_view view(text);
+  return std::any_of(std::begin(kLifecycleTexts), std::end(kLifecycleTexts),
+                     [&view](const char* line) { return view == line; }) ||
+         (EndsWith(view, kModuleStarted) && view.find('\n') == view.size() - 1) ||
+         (view.substr(0, kTablePrefix.size()) == kTablePrefix && EndsWith(view, kTableStarted));
+}
+
 bool LogFilter::Passes(int priority) const {
   return !threshold_ || priority <= threshold_();
 }
@@ -60,6 +81,10 @@ bool LogFilter::Passes(int priority) const {
 std::vector<LogFilter::Line> LogFilter::Filter(int priority, const std::string& text,
                                                Clock::time_point now) {
   std::vector<Line> lines;
+  if (IsLifecycleLine(text)) {
+    lines.push_back({priority, text});
+    return lines;
+  }
   const bool lost = std::any_of(std::begin(kLostTexts), std::end(kLostTexts),
                                 [&text](const char* part) { return Contains(text, part); });
   if (lost && !lost_) {

@@ -3,18 +3,14 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "Arq/OrvoViaSwitch/Domain/Dto/IPAddress.h"
+
 namespace Arq::Snmp {
 
 int ipStringToNumber(const char* text, char* out) {
-  unsigned int a = 0, b = 0, c = 0, d = 0;
-  char rest[2];
-  // NOLINTNEXTLINE(cert-err34-c): three digits at most per field cannot overflow
-  if (std::sscanf(text, "%3u.%3u.%3u.%3u%1s", &a, &b, &c, &d, rest) != 4) return 0;
-  if (a > 255 || b > 255 || c > 255 || d > 255) return 0;
-  out[0] = static_cast<char>(a);
-  out[1] = static_cast<char>(b);
-  out[2] = static_cast<char>(c);
-  out[3] = static_cast<char>(d);
+  const auto address = OrvoViaSwitch::Domain::Dto::ParseIpv4(text);
+  if (!address) return 0;
+  for (std::size_t i = 0; i < address->size(); ++i) out[i] = static_cast<char>((*address)[i]);
   return 1;
 }
 

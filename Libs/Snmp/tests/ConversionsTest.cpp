@@ -11,17 +11,30 @@ namespace {
 using Arq::Snmp::IpAddressBytes;
 using Arq::Snmp::RoundBitsPerSecToMegaBitsPerSec;
 
+// The private MIB's address and the switch model's (every standard view's)
+// are read by the same rule.
 TEST(SnmpConversionsTest, IpAddressTextFollowsTheFourNumbersRule) {
   struct Case {
     const char* text;
     std::array<unsigned char, 4> bytes;
   };
   const Case cases[] = {
-      {"10.0.0.1", {10, 0, 0, 1}},  {"192.0.2.255", {192, 0, 2, 255}},
-      {"10.0.0.256", {0, 0, 0, 0}}, {"10.0.0.1x", {0, 0, 0, 0}},
-      {"", {0, 0, 0, 0}},           {" ", {0, 0, 0, 0}},
-      {"10.0.0", {0, 0, 0, 0}},     {"1.2.3.4 ", {1, 2, 3, 4}},
+      {"10.0.0.1", {10, 0, 0, 1}},
+      {"192.0.2.255", {192, 0, 2, 255}},
+      {"10.0.0.256", {0, 0, 0, 0}},
+      {"10.0.0.1x", {0, 0, 0, 0}},
+      {"", {0, 0, 0, 0}},
+      {" ", {0, 0, 0, 0}},
+      {"10.0.0", {0, 0, 0, 0}},
+      {"1.2.3.4 ", {1, 2, 3, 4}},
       {"1.2.3.4.5", {0, 0, 0, 0}},
+      {" 1.2.3.4\n", {1, 2, 3, 4}},
+      {"+1.2.3.4", {1, 2, 3, 4}},
+      {"-0.2.3.4", {0, 2, 3, 4}},
+      {"-1.2.3.4", {0, 0, 0, 0}},
+      {"1 .2.3.4", {0, 0, 0, 0}},
+      {"0010.0.0.1", {10, 0, 0, 1}},
+      {"99999999999.0.0.1", {0, 0, 0, 0}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);

@@ -108,15 +108,14 @@ class InventoryViewsTest : public testing::Test {
  protected:
   void SetUp() override {
     Standard::InventoryViews();  // adds the projectors
-    Standard::UseBridgePortFile(dir.File("bridge-ports.conf"));
   }
   std::map<std::string, Rows> Project(const Switch& built) {
-    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(built.model), indexes);
+    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(built.model), numbers);
     return Walk();
   }
 
   Arq::TestSupport::TempDir dir;
-  Standard::InterfaceIndex indexes{""};
+  Standard::Numbers numbers{dir.Path()};
 };
 
 // The small scenario's switch: two Ethernet interfaces, a PRS pair, a LAG of
@@ -199,6 +198,8 @@ TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
   using Mode = Dto::PTPClockMode;
   Switch built;
   built.Ports(4, 1, 1, 2).Ports(4, 2, 3, 0);
+  // A port no interface lists, named outside the ifIndex rule.
+  built.model.ports.emplace_back().name = "xe-9";
   built.Ptp(0, Mode::Boundary, {"4/1", "4/2"}, {"4/1"})
       .Ptp(1, Mode::Transparent, {"1/5", "1/6", "1/7"}, {"1/5"}, Dto::PTPPacketType::IEEE)
       .Ptp(3, Mode::Slave, {"1/13"}, {"1/13"})
@@ -217,7 +218,10 @@ TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
   }
   EXPECT_EQ(tree, (Rows{"1 in 0 class 3 at -1", "4001 in 1000004001 class 10 at 1",
                         "4002 in 1000004001 class 10 at 2", "4003 in 1 class 10 at 4003",
-                        "1000004001 in 1 class 5 at 4001"}));
+                        "1000000 in 1 class 10 at 1000000", "1000004001 in 1 class 5 at 4001"}));
+  // Numbered within the round, before the views: the file has it already.
+  EXPECT_NE(Arq::TestSupport::ReadFile(dir.File("orvovia-ifindex.conf")).find("\n1000000 xe-9 "),
+            std::string::npos);
   EXPECT_EQ(walked["entAliasMappingTable"], Rows{});  // no interface: IF-MIB serves none
   EXPECT_EQ(walked["ptpbaseSystemTable"],
             (Rows{"0.1 3=u:2", "0.2 3=u:1", "1.1 3=u:3", "3.1 3=u:1"}));

@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <net-snmp/agent/agent_callbacks.h>
+#include <net-snmp/net-snmp-config.h>
+#include <net-snmp/net-snmp-includes.h>
 
 #include <map>
 #include <memory>
@@ -7,6 +10,8 @@
 #include <vector>
 
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
+#include "Arq/Monitoring/MonitoringProcessor.h"
+#include "Arq/TestSupport/Process.h"
 #include "Modules.h"
 #include "Standard/Projection.h"
 
@@ -30,7 +35,7 @@ class ProjectionTest : public testing::Test {
   }
 
   void Project(Model::SwitchModel model) {
-    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)), indexes);
+    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)), numbers);
   }
 
   // The cell "<column>.<index arcs>" of a view as snmpwalk prints it, or
@@ -67,7 +72,7 @@ class ProjectionTest : public testing::Test {
     return text;
   }
 
-  Standard::InterfaceIndex indexes{""};
+  Standard::Numbers numbers{""};
 };
 
 Model::Port Port(const std::string& name, Dto::EthSpeed speed, Model::LinkState link,
@@ -168,8 +173,10 @@ TEST(TruncateTest, CutsAtTheSizeOrAtTheStartOfTheCharacterItWouldSplit) {
 // The port counter, LAG and address views (PortCounterObjects.def) of the
 // switch above: 1/1 KR4 with counter c at 1000 + c (CRC errors and 64-octet
 // frames beyond 32 bits), 1/2 SGMII having sent half-duplex frames, 2/1 SGMII
-// without, 1/3 down; a port 70/1 beyond RMON's index; the management address
-// on eth1.
+// without, 1/3 down; a port 70/1 whose ifIndex is beyond 16 bits; the
+// management address on eth1. A port's RMON row and LAG actor port are its
+// ifIndex where that fits in 16 bits, else a number no ifIndex rule gives:
+// 70/1 is 1.
 TEST_F(ProjectionTest, PortCountersLagMembershipAndManagementAddressAreProjected) {
   using Index = Dto::EthCounterIndex;
   auto model = Switch();
@@ -196,25 +203,83 @@ TEST_F(ProjectionTest, PortCountersLagMembershipAndManagementAddressAreProjected
       {"dot3HCStatsTable", {{"2.1001", "Counter64: 4294967301"}}},
       {"dot3PauseTable", {{"5.1001", "Counter64: 1016"}}},
       {"etherStatsTable",
-       {{"2.1001", "OID: iso.3.6.1.2.1.2.2.1.1.1001"}, {"4.1001", "Counter32: 2001"},
-        {"5.1001", "Counter32: 7116"}, {"20.1001", "STRING: \"monitor\""}, {"1.70001", "absent"}}},
+       {{"1.1001", "INTEGER: 1001"}, {"2.1001", "OID: iso.3.6.1.2.1.2.2.1.1.1001"},
+        {"4.1001", "Counter32: 2001"}, {"5.1001", "Counter32: 7116"},
+        {"20.1001", "STRING: \"monitor\""}, {"1.1", "INTEGER: 1"},
+        {"2.1", "OID: iso.3.6.1.2.1.2.2.1.1.70001"}, {"1.70001", "absent"}}},
       {"etherStatsHighCapacityTable", {{"1.1001", "Counter32: 1"}, {"5.1001", "Counter32: 3"}}},
       {"dot3adAggTable",
        {{"2.100001", "Hex-STRING: 02 A0 C9 00 00 04 "},
         {"4.100001", "Hex-STRING: 02 00 00 00 00 01 "}, {"3.100001", "absent"}}},
       {"dot3adAggPortTable",
        {{"12.1001", "INTEGER: 100001"}, {"13.1003", "INTEGER: 0"}, {"13.1002", "INTEGER: 100001"},
-        {"12.2001", "INTEGER: 0"}, {"24.2001", "INTEGER: 2"}, {"14.70001", "absent"}}},
+        {"12.2001", "INTEGER: 0"}, {"24.2001", "INTEGER: 2"}, {"14.1002", "INTEGER: 1002"},
+        {"14.70001", "INTEGER: 1"}}},
       {"lldpLocManAddrTable", {{"4.1.4.10.0.0.2", "INTEGER: 2"}, {"5.1.4.10.0.0.2", "INTEGER: 1001"}}}});
   // clang-format on
-  // lag1's ports as a PortList: bits 1001 to 1003.
+  // lag1's ports as a PortList of actor ports: bits 1001 to 1003.
   netsnmp_variable_list var{};
   ASSERT_TRUE(Standard::FindRegistered("dot3adAggPortListTable").table->Answer(0, 1, &var));
   EXPECT_EQ(std::string(reinterpret_cast<char*>(var.val.string), var.val_len),
             std::string(125, '\0') + "\xe0");
   snmp_free_var_internals(&var);
   EXPECT_EQ(Standard::FindRegistered("dot3StatsTable").table->Rows(), 7u);
-  EXPECT_EQ(Standard::FindRegistered("etherStatsTable").table->Rows(), 6u);
+  EXPECT_EQ(Standard::FindRegistered("etherStatsTable").table->Rows(), 7u);
+}
+
+// The notifications in-process, as the sub-agent hands them to the master:
+// the third unreachable collection in a row sends one unreachable
+// notification, its error text cut to 255 octets at the start of the
+// character the cut would split; a success sends one recovered.
+std::vector<std::vector<std::string>> sentNotifications;
+
+int CaptureNotification(int, int, void* pdu, void*) {
+  auto& sent = sentNotifications.emplace_back();
+  for (auto* var = static_cast<netsnmp_pdu*>(pdu)->variables; var; var = var->next_variable) {
+    char text[1024];
+    snprint_value(text, sizeof text, var->name, var->name_length, var);
+    sent.push_back(text);
+  }
+  return SNMP_ERR_NOERROR;
+}
+
+TEST_F(ProjectionTest, CollectorNotificationsFollowTheHealthOfEachCollection) {
+  using State = Arq::OrvoViaSwitch::Domain::Dto::Metrics::CollectorState;
+  snmp_register_callback(SNMP_CALLBACK_APPLICATION, SNMPD_CALLBACK_SEND_TRAP2, CaptureNotification,
+                         nullptr);
+  Arq::Snmp::init_arqSwitchOrvoViaNotifications();
+  const std::string e = "\xc3\xa9";  // é, two bytes: the 255th and 256th
+  const State states[] = {State::Unreachable, State::Unreachable, State::Unreachable,
+                          State::Unreachable, State::Ok};
+  std::int64_t unreachable = 0;
+  for (std::size_t n = 0; n < std::size(states); ++n) {
+    auto model = std::make_shared<Model::SwitchModel>();
+    auto& health = model->collection.health;
+    health.state = states[n];
+    health.collections = static_cast<std::int64_t>(n) + 1;
+    health.consecutiveUnreachable = unreachable = states[n] == State::Ok ? 0 : unreachable + 1;
+    health.lastError = std::string(254, 'a') + e + "x";
+    Arq::Monitoring::MonitoringProcessor::switchModel.Publish(model);
+    const auto before = sentNotifications.size();
+    // The agent's alarm looks for a new model once a second.
+    Arq::TestSupport::WaitUntil(
+        [&] {
+          run_alarms();
+          return sentNotifications.size() != before;
+        },
+        std::chrono::milliseconds(1500));
+  }
+  snmp_unregister_callback(SNMP_CALLBACK_APPLICATION, SNMPD_CALLBACK_SEND_TRAP2,
+                           CaptureNotification, nullptr, 0);
+  // sysUpTime.0, snmpTrapOID.0, the collector's state and its last error.
+  const std::string trap =
+      "OID: iso.3.6.1.4.1." + std::to_string(ARQ_ENTERPRISE_NUMBER) + ".3.5.1.8.0.";
+  const std::string cut = "STRING: \"" + std::string(254, 'a') + "\"";
+  ASSERT_EQ(sentNotifications.size(), 2u);
+  EXPECT_EQ(std::vector<std::string>(sentNotifications[0].begin() + 1, sentNotifications[0].end()),
+            (std::vector<std::string>{trap + "1", "INTEGER: 3", cut}));
+  EXPECT_EQ(std::vector<std::string>(sentNotifications[1].begin() + 1, sentNotifications[1].end()),
+            (std::vector<std::string>{trap + "2", "INTEGER: 1", cut}));
 }
 
 TEST(LldpNeighbourDecoderTest, ObjectIdentifiersSnmpCannotCarryAreRefused) {

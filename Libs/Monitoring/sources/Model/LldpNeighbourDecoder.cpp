@@ -136,27 +136,4 @@ std::optional<Model::MacAddress> ParseMac(std::string_view text) {
   return mac;
 }
 
-std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
-  std::array<std::uint8_t, 4> address{};
-  std::size_t part = 0;
-  unsigned value = 0;
-  std::size_t digits = 0;
-  for (std::size_t i = 0; i <= text.size(); ++i) {
-    if (i == text.size() || text[i] == '.') {
-      if (digits == 0 || part > 3) return std::nullopt;
-      address[part++] = static_cast<std::uint8_t>(value);
-      value = 0;
-      digits = 0;
-    } else if (std::isdigit(static_cast<unsigned char>(text[i])) && digits < 3) {
-      value = value * 10 + static_cast<unsigned>(text[i] - '0');
-      if (value > 255) return std::nullopt;
-      ++digits;
-    } else {
-      return std::nullopt;
-    }
-  }
-  if (part != 4) return std::nullopt;
-  return address;
-}
-
 }  // namespace Arq::Monitoring

@@ -11,6 +11,7 @@
 
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
 #include "Arq/Monitoring/SwitchSnapshot.h"
+#include "Arq/OrvoViaSwitch/Domain/Dto/IPAddress.h"
 
 namespace Arq::Monitoring {
 namespace {
@@ -144,7 +145,7 @@ void BuildInterfaces(const SwitchSnapshot& s, Model::SwitchModel& model) {
                                                    std::min(info.Vlan.size(), Model::kMaxVlans)));
     interface.description = info.Description;
     interface.mac = ParseMac(info.MacAddr);
-    if (!info.IpConfig.Ip.bIpv6) interface.ipv4 = ParseIpv4(info.IpConfig.Ip.Address);
+    if (!info.IpConfig.Ip.bIpv6) interface.ipv4 = Dto::ParseIpv4(info.IpConfig.Ip.Address);
     interface.consistent = MembersHoldTogether(info);
     for (const auto& member : info.IfList) {
       auto [entry, added] = portIndex.try_emplace(member, model.ports.size());
@@ -324,7 +325,7 @@ void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
     // Without a chassis id of its own, the switch is known by its main MAC.
     local.chassisIdText =
         s.lldpConfig.ChassisId.empty() ? s.mainMacAddress : s.lldpConfig.ChassisId;
-    local.managementIpv4 = ParseIpv4(s.lldpConfig.ManagementIP);
+    local.managementIpv4 = Dto::ParseIpv4(s.lldpConfig.ManagementIP);
     local.ttl = s.lldpConfig.TTL;
   }
   local.mainMac = s.answered[Call::Interfaces_GetMainMacAddr] ? ParseMac(s.mainMacAddress)

@@ -52,7 +52,7 @@ void AddInteger(netsnmp_variable_list** list, const std::vector<oid>& name, long
                             reinterpret_cast<const u_char*>(&value), sizeof value);
 }
 void AddText(netsnmp_variable_list** list, const std::vector<oid>& name, const std::string& text) {
-  const std::string value = text.substr(0, 255);
+  const std::string value = Standard::Truncate(text);
   snmp_varlist_add_variable(list, name.data(), name.size(), ASN_OCTET_STR,
                             reinterpret_cast<const u_char*>(value.data()), value.size());
 }

@@ -3,37 +3,17 @@
 // their VLAN id, and its VLANs with their egress and untagged ports.
 #include <algorithm>
 #include <map>
-#include <memory>
 
 #include "InventoryViews.h"
 
 namespace Arq::Snmp::Standard {
 namespace {
 
-namespace Dto = OrvoViaSwitch::Domain::Dto;
 
 constexpr long kMaxVlanId = 4094;
-constexpr long kMaxBridgePort = 65535;
 constexpr long kVersion1 = 1;
 constexpr long kPermanent = 2;
 constexpr long kActive = 1;
-
-std::unique_ptr<InterfaceIndex> bridgePorts;
-
-// Bridge port numbers, small (a PortList holds one bit per port) and kept
-// across restarts: the ifIndex map's fallback numbering (the lowest free at
-// first sight, recorded in a file of its own) under a name no rule places.
-InterfaceIndex& BridgePorts() {
-  if (!bridgePorts) {
-    bridgePorts = std::make_unique<InterfaceIndex>(std::string(get_persistent_directory()) +
-                                                   "/orvovia-bridge-ports.conf");
-  }
-  return *bridgePorts;
-}
-
-long BridgePort(const std::string& name) {
-  return BridgePorts().Of("bridge port " + name) - InterfaceIndex::kFirstFallback + 1;
-}
 
 struct PortRow {
   std::vector<oid> index;  // dot1dBasePort
@@ -87,31 +67,25 @@ void SetBit(std::string& list, long port) {
 
 }  // namespace
 
-void UseBridgePortFile(const std::string& path) {
-  bridgePorts = std::make_unique<InterfaceIndex>(path);
-}
-
 void ProjectBridge(const ProjectionContext& context) {
-  // The bridge interfaces in ifIndex order, which numbers them at first sight.
-  std::map<long, std::pair<std::string, const Model::Interface*>> bridged;
+  // The bridge interfaces by bridge port (numbered with the layout).
+  std::map<long, std::pair<long, const Model::Interface*>> bridged;
   for (const auto& served : context.layout.ports) {
-    if (served.owner != nullptr && served.owner->type == Dto::IfType::Ethernet) {
-      bridged[served.ifIndex] = {served.port->name, served.owner};
-    }
+    if (served.bridgePort != 0) bridged[served.bridgePort] = {served.ifIndex, served.owner};
   }
   for (const auto& aggregate : context.layout.aggregates) {
-    bridged[aggregate.ifIndex] = {aggregate.interface->name, aggregate.interface};
+    if (aggregate.bridgePort != 0) {
+      bridged[aggregate.bridgePort] = {aggregate.ifIndex, aggregate.interface};
+    }
   }
   std::vector<PortRow> ports;
   std::map<long, const Model::Interface*> interfaceOf;
   long highest = 0;
-  for (const auto& [ifIndex, named] : bridged) {
-    const long port = BridgePort(named.first);
-    if (port > kMaxBridgePort) continue;
-    PortRow row{{static_cast<oid>(port)}, port, ifIndex, std::nullopt};
-    if (ValidVlan(named.second->vid)) row.pvid = named.second->vid;
+  for (const auto& [port, owner] : bridged) {
+    PortRow row{{static_cast<oid>(port)}, port, owner.first, std::nullopt};
+    if (ValidVlan(owner.second->vid)) row.pvid = owner.second->vid;
     ports.push_back(std::move(row));
-    interfaceOf[port] = named.second;
+    interfaceOf[port] = owner.second;
     highest = std::max(highest, port);
   }
 
@@ -135,9 +109,6 @@ void ProjectBridge(const ProjectionContext& context) {
     row.index = {0, static_cast<oid>(vlan)};
     current.push_back(std::move(row));
   }
-  BridgePorts().EndRound(std::chrono::duration_cast<std::chrono::seconds>(
-                             std::chrono::system_clock::now().time_since_epoch())
-                             .count());
   baseGroup.Replace({{{0}, static_cast<long>(ports.size())}});
   qBaseGroup.Replace({{{0}, static_cast<long>(current.size())}});
   portVlanTable.Replace(ports);

@@ -168,7 +168,7 @@ void ProjectEntity(const ProjectionContext& context) {
   int subPortsLeft = 0;
   long position = 0;
   for (const auto& port : model.ports) {
-    const long ifIndex = context.indexes.Of(port.name);
+    const long ifIndex = context.numbers.ifIndex.Of(port.name);
     if (!seen.insert(ifIndex).second) continue;
     PhysicalRow row;
     row.index = {static_cast<oid>(ifIndex)};

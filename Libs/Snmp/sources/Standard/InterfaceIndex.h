@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <map>
-#include <set>
 #include <string>
+
+#include "Numbering.h"
 
 namespace Arq::Snmp::Standard {
 
@@ -14,19 +13,15 @@ namespace Arq::Snmp::Standard {
 //     slot * 1000 + port ("1/1" is 1001, "2/48" is 2048);
 //   - a LAG "lag<n>" (n 1-999, any case): 100000 + n;
 //   - a PRS interface "prs<n>" (n 1-999, any case): 200000 + n;
-//   - any other name: the lowest free value from 1000000 on, kept in a file so
-//     that it survives restarts, with the time the name was last seen so that
-//     names gone for long are forgotten.
+//   - any other name: a number of the "ifindex" space from 1000000 on, kept
+//     in its file (see Numbering).
 // Not thread-safe: one thread calls Of() for every interface of a collection,
 // then EndRound() once.
 class InterfaceIndex {
  public:
   static constexpr long kFirstFallback = 1000000;
   static constexpr long kLastIndex = 2147483647;  // ifIndex is an Integer32
-  static constexpr std::size_t kMaxFileBytes = 1 << 20;
-  static constexpr std::size_t kMaxEntries = 4096;
-  static constexpr std::int64_t kDay = 86400;
-  static constexpr std::int64_t kPruneAfter = 30 * kDay;
+  static constexpr Numbering::Space kSpace{"ifindex", "ifIndex", kFirstFallback, kLastIndex};
 
   // `path` is the fallback file; empty keeps the fallbacks in memory only.
   explicit InterfaceIndex(std::string path);
@@ -38,35 +33,11 @@ class InterfaceIndex {
   // as seen in the current round. Never writes the file.
   long Of(const std::string& name);
 
-  // Ends a collection: stamps the names seen since the last call (only when
-  // their recorded time is a day old or more), forgets names unseen for
-  // kPruneAfter and the oldest beyond kMaxEntries or kMaxFileBytes, and writes
-  // the file once when anything changed.
+  // Ends a collection (Numbering::EndRound).
   void EndRound(std::int64_t nowUnixSeconds);
 
-  // A name as written in the file: every byte kept, none of them a space or a
-  // control character (\\ \n \r \t, \xHH for the others).
-  static std::string Escape(const std::string& name);
-
  private:
-  static constexpr std::int64_t kUnstamped = -1;
-  struct Entry {
-    long index;
-    std::int64_t lastSeen;
-    bool seen;
-  };
-
-  void Load();
-  bool Save();
-  long FreeIndex() const;
-  void Prune(std::int64_t now);
-
-  std::string path;
-  bool loaded = false;
-  bool dirty = false;
-  bool saveFailed = false;
-  std::map<std::string, Entry> fallbacks;
-  std::set<long> used;
+  Numbering fallbacks;
 };
 
 }  // namespace Arq::Snmp::Standard

@@ -53,11 +53,6 @@ inline View GroupView(const char* name, const MibObject& first, const MibObject&
 // Adds the three views' projectors (once) and returns their tables.
 const std::vector<View>& InventoryViews();
 
-// Where the bridge port numbers are kept (Net-SNMP's persistent directory
-// unless a test says otherwise); the numbers are read from it again, as at
-// a restart.
-void UseBridgePortFile(const std::string& path);
-
 // The projectors, in the order they are added.
 void ProjectEntity(const ProjectionContext& context);
 void ProjectBridge(const ProjectionContext& context);

@@ -130,7 +130,7 @@ void ProjectRemote(const ProjectionContext& context) {
   std::vector<ManagementRow> managementRows;
   for (const auto& neighbour : context.model.neighbours) {
     RemoteRow& row = rows.emplace_back();
-    row.index = {0, static_cast<oid>(context.indexes.Of(neighbour.localPort)),
+    row.index = {0, static_cast<oid>(context.numbers.ifIndex.Of(neighbour.localPort)),
                  static_cast<oid>(neighbour.position)};
     row.chassis = Identifier(neighbour.chassisId);
     row.port = Identifier(neighbour.portId);

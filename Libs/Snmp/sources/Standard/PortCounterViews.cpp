@@ -18,10 +18,12 @@ using namespace Standard;
 namespace Dto = OrvoViaSwitch::Domain::Dto;
 using Index = Dto::EthCounterIndex;
 
-// A port row: every port of IF-MIB, by its ifIndex.
+// A port row: every port of IF-MIB, by its ifIndex (by its port number in
+// the RMON tables).
 struct PortRow {
   std::vector<oid> index;
   long ifIndex = 0;
+  long portNumber = 0;
   Model::PortCounters counters{};
   long duplex = 1;           // unknown(1), halfDuplex(2), fullDuplex(3)
   std::uint64_t octets = 0;  // received, good and bad
@@ -30,7 +32,6 @@ struct PortRow {
   std::optional<std::string> systemId;
   long selectedAgg = 0;  // the ifIndex of its LAG, or 0
   long attachedAgg = 0;
-  std::optional<long> actorPort;
 };
 
 // A LAG, by its ifIndex.
@@ -149,7 +150,7 @@ std::string PortList(const std::vector<long>& ports, long largest) {
   return list;
 }
 
-constexpr long kLargestActorPort = 65535;    // dot3adAggPortActorPort, etherStatsIndex
+constexpr long kLargestActorPort = 65535;    // PortList of dot3adAggPortListPorts
 constexpr long kLargestLldpPort = 512L * 8;  // LldpPortList
 
 PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, long lag) {
@@ -157,6 +158,7 @@ PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, 
   PortRow r;
   r.index = {static_cast<oid>(served.ifIndex)};
   r.ifIndex = served.ifIndex;
+  r.portNumber = served.portNumber;
   r.counters = port.counters;
   r.duplex = Duplex(port);
   r.octets = ARQ_COUNT(NbOfGoodOctetsReceived) + ARQ_COUNT(NbOfBadOctetsReceived);
@@ -168,7 +170,6 @@ PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, 
   if (context.model.lldpLocal.mainMac) r.systemId = MacOctets(*context.model.lldpLocal.mainMac);
   r.selectedAgg = lag;
   r.attachedAgg = port.link == Model::LinkState::Up ? lag : 0;
-  if (served.ifIndex <= kLargestActorPort) r.actorPort = served.ifIndex;
   return r;
 }
 
@@ -194,8 +195,14 @@ void Project(const ProjectionContext& context) {
     row.index = {static_cast<oid>(served.ifIndex)};
     if (served.interface->mac) row.mac = MacOctets(*served.interface->mac);
     if (context.model.lldpLocal.mainMac) row.systemId = MacOctets(*context.model.lldpLocal.mainMac);
-    row.ports = PortList(served.members, kLargestActorPort);
-    for (const long member : served.members) lagOf.emplace(member, served.ifIndex);
+    std::vector<long> actorPorts;
+    for (const long member : served.members) {
+      lagOf.emplace(member, served.ifIndex);
+      if (const ServedPort* port = context.layout.FindPort(member)) {
+        actorPorts.push_back(port->portNumber);
+      }
+    }
+    row.ports = PortList(actorPorts, kLargestActorPort);
     aggregators.push_back(std::move(row));
   }
   std::vector<PortRow> ports;
@@ -205,7 +212,10 @@ void Project(const ProjectionContext& context) {
   for (const auto& served : context.layout.ports) {
     const auto lag = lagOf.find(served.ifIndex);
     ports.push_back(MakePortRow(served, context, lag == lagOf.end() ? 0 : lag->second));
-    if (served.ifIndex <= kLargestActorPort) rmon.push_back(ports.back());
+    if (served.portNumber != 0) {
+      rmon.push_back(ports.back());
+      rmon.back().index = {static_cast<oid>(served.portNumber)};
+    }
     lldpPorts.push_back(served.ifIndex);
   }
   std::vector<ManAddrRow> addresses;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ctime>
 #include <set>
+#include <tuple>
 
 #include "Arq/Monitoring/MonitoringProcessor.h"
 
@@ -21,7 +22,8 @@ State& Projections() {
   return state;
 }
 
-InterfaceLayout Layout(const Model::SwitchModel& model, InterfaceIndex& indexes) {
+InterfaceLayout Layout(const Model::SwitchModel& model, Numbers& numbers) {
+  InterfaceIndex& indexes = numbers.ifIndex;
   InterfaceLayout layout;
   std::set<long> seen;
   const auto addPort = [&](std::size_t member, const Model::Interface& owner) -> long {
@@ -56,6 +58,22 @@ InterfaceLayout Layout(const Model::SwitchModel& model, InterfaceIndex& indexes)
   const auto byIndex = [](const auto& a, const auto& b) { return a.ifIndex < b.ifIndex; };
   std::sort(layout.ports.begin(), layout.ports.end(), byIndex);
   std::sort(layout.aggregates.begin(), layout.aggregates.end(), byIndex);
+  // Port numbers, and bridge ports (the port of each Ethernet interface, each
+  // LAG and PRS interface), in ifIndex order, which numbers them at first sight.
+  std::vector<std::tuple<long, const std::string*, long*>> bridged;
+  for (auto& served : layout.ports) {
+    served.portNumber = numbers.PortNumber(served.port->name);
+    if (served.owner->type == OrvoViaSwitch::Domain::Dto::IfType::Ethernet) {
+      bridged.emplace_back(served.ifIndex, &served.port->name, &served.bridgePort);
+    }
+  }
+  for (auto& aggregate : layout.aggregates) {
+    bridged.emplace_back(aggregate.ifIndex, &aggregate.interface->name, &aggregate.bridgePort);
+  }
+  std::sort(bridged.begin(), bridged.end());
+  for (const auto& [ifIndex, name, bridgePort] : bridged) {
+    *bridgePort = numbers.bridgePorts.Of(*name);
+  }
   return layout;
 }
 
@@ -91,16 +109,19 @@ void AddProjector(Projector projector) {
   Projections().projectors.push_back(projector);
 }
 
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, InterfaceIndex& indexes) {
+void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, Numbers& numbers) {
   State& state = Projections();
   state.model = std::move(model);
   state.generation = state.model->generation;
-  state.layout = Layout(*state.model, indexes);
-  // Every name the views may number, so that the index file records (and
-  // keeps) the ones they use, and forgets only what has long been gone.
-  for (const auto& neighbour : state.model->neighbours) indexes.Of(neighbour.localPort);
-  indexes.EndRound(static_cast<std::int64_t>(std::time(nullptr)));
-  const ProjectionContext context{*state.model, state.layout, indexes, Model::Clock::now(),
+  state.layout = Layout(*state.model, numbers);
+  // Every other name the views number (the neighbours' local ports, and every
+  // port ENTITY-MIB lists, served in IF-MIB or not), before the round ends,
+  // so that the files record (and keep) every number a view uses and forget
+  // only what has long been gone.
+  for (const auto& neighbour : state.model->neighbours) numbers.ifIndex.Of(neighbour.localPort);
+  for (const auto& port : state.model->ports) numbers.ifIndex.Of(port.name);
+  numbers.EndRound(static_cast<std::int64_t>(std::time(nullptr)));
+  const ProjectionContext context{*state.model, state.layout, numbers, Model::Clock::now(),
                                   UptimeTicks()};
   for (const Projector projector : state.projectors) projector(context);
 }
@@ -108,7 +129,7 @@ void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, InterfaceIndex&
 void RefreshProjections() {
   const auto& store = Monitoring::MonitoringProcessor::switchModel;
   if (store.Generation() == Projections().generation) return;
-  ProjectAll(store.Current(), SharedIndexes());
+  ProjectAll(store.Current(), SharedNumbers());
 }
 
 const std::shared_ptr<const Model::SwitchModel>& ProjectedModel() {
@@ -122,11 +143,6 @@ const InterfaceLayout& ProjectedLayout() {
 // Where the fallback ifIndex values live: Net-SNMP's persistent directory
 // (/var/lib/snmp, or persistentDir / SNMP_PERSISTENT_DIR), the place an agent
 // keeps what must survive restarts.
-InterfaceIndex& SharedIndexes() {
-  static InterfaceIndex indexes(std::string(get_persistent_directory()) + "/orvovia-ifindex.conf");
-  return indexes;
-}
-
 std::string Truncate(const std::string& text, std::size_t size) {
   if (text.size() <= size) return text;
   std::size_t end = size;

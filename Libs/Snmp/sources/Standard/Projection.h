@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
-#include "InterfaceIndex.h"
+#include "Numbers.h"
 #include "SortedTable.h"
 
 namespace Arq::Snmp::Standard {
@@ -31,6 +31,8 @@ struct ServedPort {
   long ifIndex = 0;
   const Model::Port* port = nullptr;
   const Model::Interface* owner = nullptr;
+  long portNumber = 0;  // its RMON row and LAG actor port
+  long bridgePort = 0;  // the port of an Ethernet interface; 0 for a member
 };
 
 // A LAG or PRS interface served in IF-MIB.
@@ -38,6 +40,7 @@ struct ServedAggregate {
   long ifIndex = 0;
   const Model::Interface* interface = nullptr;
   std::vector<long> members;  // the ifIndex of each member port served
+  long bridgePort = 0;
 };
 
 // What IF-MIB serves of a model, in ifIndex order, for every view to share:
@@ -64,7 +67,7 @@ std::string IfAlias(const ServedPort& served);
 struct ProjectionContext {
   const Model::SwitchModel& model;
   const InterfaceLayout& layout;
-  InterfaceIndex& indexes;
+  Numbers& numbers;
   // The agent's sysUpTime at a steady-clock time (0 for the epoch of the
   // clock, "never", and for times before the agent started).
   std::uint64_t TicksAt(Model::Clock::time_point when) const;
@@ -84,14 +87,11 @@ void RefreshProjections();
 
 // Runs every projector over `model` now (the in-process tests' entry, and
 // what RefreshProjections does with the published model).
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, InterfaceIndex& indexes);
+void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, Numbers& numbers);
 
 // The model the views were last projected from, and its interface layout.
 const std::shared_ptr<const Model::SwitchModel>& ProjectedModel();
 const InterfaceLayout& ProjectedLayout();
-
-// The one ifIndex map of the process, in Net-SNMP's persistent directory.
-InterfaceIndex& SharedIndexes();
 
 // A column of a projected table: its number and how a row answers it.
 template <typename Row>

@@ -10,9 +10,14 @@ namespace Arq::Snmp {
 
 // Decides which lines of the SNMP library's log (snmp_log) reach the daemon's
 // output:
-// - a line passes when its syslog priority is at least as urgent as the
-//   threshold, read at each line (the daemon's log level, which the options
-//   file may change at run time);
+// - the agent's own start-up and shutdown lines (each module's "... Done
+//   initializing." or "initialize_table_... Initializing Done.", "orvovia-snmpd
+//   is up and running.", "orvovia-snmpd is shutdowning.", the collection
+//   thread's "MonitoringProcessor Closing" and "... Closed") always pass,
+//   whatever the level: operators and scripts wait for them;
+// - any other line passes when its syslog priority is at least as urgent as
+//   the threshold, read at each line (the daemon's log level, which the
+//   options file may change at run time);
 // - a lost or refused AgentX master is one line when it happens; the library's
 //   retries (one every ping interval) are then counted and reported in one line
 //   at most once per kRepeatPeriod, and one line says when the master is back;
@@ -35,6 +40,9 @@ class LogFilter {
   // `threshold`: the least urgent priority that passes (LOG_DEBUG: every
   // line; -1: none). Null: every line.
   explicit LogFilter(std::function<int()> threshold);
+
+  // True for the agent's start-up and shutdown lines.
+  static bool IsLifecycleLine(const std::string& text);
 
   // The lines to write for one line of the library, received at `now`.
   std::vector<Line> Filter(int priority, const std::string& text, Clock::time_point now);

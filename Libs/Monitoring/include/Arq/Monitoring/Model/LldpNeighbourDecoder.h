@@ -26,7 +26,5 @@ std::optional<std::vector<std::uint32_t>> DecodeObjectId(std::string_view ber);
 
 // "02:a0:c9:10:00:11" (or with '-') as six bytes.
 std::optional<OrvoViaSwitch::Domain::Model::MacAddress> ParseMac(std::string_view text);
-// Dotted-decimal IPv4 text as four bytes.
-std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text);
 
 }  // namespace Arq::Monitoring
