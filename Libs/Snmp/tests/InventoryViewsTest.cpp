@@ -130,7 +130,9 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
       .Interface("lag1", Dto::IfType::BasicLag, 400, {10, 20, 400}, {"3/1", "3/2", "3/3"})
       .Ptp(0, Dto::PTPClockMode::Boundary, {"1/1", "2/1"}, {"1/1"});
   small.model.lldpLocal.systemName = "orvo-sim-small";
-  small.model.lldpLocal.systemDescription = "OrvoVia Switch; SIM-0001; 4.1.0";
+  auto& local = small.model.lldpLocal;
+  local.systemDescription = "OrvoVia Switch; SIM-0001; 4.1.0";
+  local.deviceType = "OrvoVia Switch", local.serialNumber = "SIM-0001", local.version = "4.1.0";
   auto walked = Project(small);
 
   const std::string unknown = " 8=s: 9=s: ";

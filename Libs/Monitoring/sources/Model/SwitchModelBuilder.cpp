@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "Arq/Monitoring/MetricConverter/LldpTlv.h"
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
 #include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/IPAddress.h"
@@ -322,6 +323,10 @@ void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
   } else {
     local.systemName = s.lldpConfig.SystemName;
     local.systemDescription = s.lldpConfig.SystemDescr;
+    const auto parts = MetricConverter::LldpTlv::SplitSystemDescription(local.systemDescription);
+    local.deviceType = parts.deviceType;
+    local.serialNumber = parts.serialNumber;
+    local.version = parts.version;
     // Without a chassis id of its own, the switch is known by its main MAC.
     local.chassisIdText =
         s.lldpConfig.ChassisId.empty() ? s.mainMacAddress : s.lldpConfig.ChassisId;

@@ -21,10 +21,8 @@ namespace Model = OrvoViaSwitch::Domain::Model;
 // restart of its service, a slow answer) alerts no one.
 constexpr std::int64_t kUnreachableDebounce = 3;
 
-const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
 const std::vector<oid> kLinkDown{1, 3, 6, 1, 6, 3, 1, 1, 5, 3};
 const std::vector<oid> kLinkUp{1, 3, 6, 1, 6, 3, 1, 1, 5, 4};
-const std::vector<oid> kIfEntry{1, 3, 6, 1, 2, 1, 2, 2, 1};
 
 struct Notifier {
   std::int64_t collections = 0;
@@ -59,7 +57,7 @@ void AddText(netsnmp_variable_list** list, const std::vector<oid>& name, const s
 
 void SendCollector(const std::vector<oid>& notification, const Domain::CollectorHealthMetric& h) {
   netsnmp_variable_list* list = nullptr;
-  AddOid(&list, kSnmpTrapOid, notification);
+  AddOid(&list, Standard::kSnmpTrapOid, notification);
   AddInteger(&list, Instance(Oid::arqSwitchOrvoViaCollectorState), static_cast<long>(h.state));
   AddText(&list, Instance(Oid::arqSwitchOrvoViaCollectorLastError), h.lastError);
   send_v2trap(list);
@@ -67,17 +65,11 @@ void SendCollector(const std::vector<oid>& notification, const Domain::Collector
 }
 
 void SendLink(bool up, long ifIndex, long adminStatus, long operStatus) {
-  const auto column = [ifIndex](oid arc) {
-    std::vector<oid> name = kIfEntry;
-    name.push_back(arc);
-    name.push_back(static_cast<oid>(ifIndex));
-    return name;
-  };
   netsnmp_variable_list* list = nullptr;
-  AddOid(&list, kSnmpTrapOid, up ? kLinkUp : kLinkDown);
-  AddInteger(&list, column(1), ifIndex);
-  AddInteger(&list, column(7), adminStatus);
-  AddInteger(&list, column(8), operStatus);
+  AddOid(&list, Standard::kSnmpTrapOid, up ? kLinkUp : kLinkDown);
+  AddInteger(&list, Standard::IfEntryCell(1, ifIndex), ifIndex);
+  AddInteger(&list, Standard::IfEntryCell(7, ifIndex), adminStatus);
+  AddInteger(&list, Standard::IfEntryCell(8, ifIndex), operStatus);
   send_v2trap(list);
   snmp_free_varbind(list);
 }
@@ -122,10 +114,7 @@ void CheckLinks(const Model::SwitchModel& before) {
     }
     const bool isUp = link == Model::LinkState::Up;
     if ((was == Model::LinkState::Up) == isUp) continue;
-    SendLink(isUp, ifIndex, owner->status == OrvoViaSwitch::Domain::Dto::IfStatus::Disabled ? 2 : 1,
-             isUp                             ? 1
-             : link == Model::LinkState::Down ? 2
-                                              : 4);
+    SendLink(isUp, ifIndex, Standard::IfAdminStatus(*owner), Standard::IfOperStatus(link));
   }
 }
 

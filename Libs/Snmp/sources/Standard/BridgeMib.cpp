@@ -9,7 +9,6 @@
 namespace Arq::Snmp::Standard {
 namespace {
 
-
 constexpr long kMaxVlanId = 4094;
 constexpr long kVersion1 = 1;
 constexpr long kPermanent = 2;
@@ -59,12 +58,6 @@ bool ValidVlan(long vlan) {
   return vlan >= 1 && vlan <= kMaxVlanId;
 }
 
-// A PortList: one bit per bridge port, port 1 the first octet's high bit.
-void SetBit(std::string& list, long port) {
-  auto& octet = list[static_cast<std::size_t>(port - 1) / 8];
-  octet = static_cast<char>(octet | (0x80 >> ((port - 1) % 8)));
-}
-
 }  // namespace
 
 void ProjectBridge(const ProjectionContext& context) {
@@ -96,8 +89,8 @@ void ProjectBridge(const ProjectionContext& context) {
     auto carry = [&, port = port](long vlan, bool untagged) {
       if (!ValidVlan(vlan)) return;
       auto& row = vlans.try_emplace(vlan, VlanRow{{}, none, none}).first->second;
-      SetBit(row.egress, port);
-      if (untagged) SetBit(row.untagged, port);
+      SetPortListBit(row.egress, port);
+      if (untagged) SetPortListBit(row.untagged, port);
     };
     carry(interface->vid, true);
     for (const auto vlan : interface->vlans) carry(vlan, false);

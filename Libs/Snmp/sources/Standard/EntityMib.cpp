@@ -5,13 +5,10 @@
 #include <set>
 #include <tuple>
 
-#include "Arq/Monitoring/MetricConverter/LldpTlv.h"
 #include "InventoryViews.h"
 
 namespace Arq::Snmp::Standard {
 namespace {
-
-namespace LldpTlv = Monitoring::MetricConverter::LldpTlv;
 
 enum PhysicalClass : long { kChassis = 3, kContainer = 5, kPort = 10 };
 constexpr long kChassisIndex = 1;
@@ -20,8 +17,6 @@ constexpr long kHardwarePortBase = 1000000000;
 constexpr long kFalse = 2;
 // At most one entConfigChange in this time (RFC 4133's suggested default).
 constexpr auto kThrottle = std::chrono::seconds(5);
-const std::vector<oid> kIfIndexColumn{1, 3, 6, 1, 2, 1, 2, 2, 1, 1};
-const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
 // DateAndTime of an unknown date, as the RFC asks.
 const std::string kUnknownDate(8, '\0');
 
@@ -128,15 +123,14 @@ void NoteChange(Model::Clock::time_point now) {
 }
 
 PhysicalRow Chassis(const Model::LldpLocal& local) {
-  const auto parts = LldpTlv::SplitSystemDescription(local.systemDescription);
   PhysicalRow row;
   row.index = {kChassisIndex};
   row.descr = Truncate(local.systemDescription);
   row.physicalClass = kChassis;
   row.name = Truncate(local.systemName);
-  row.softwareRev = Truncate(parts.version);
-  row.serialNum = Truncate(parts.serialNumber, 32);
-  row.mfgName = Truncate(parts.deviceType);
+  row.softwareRev = Truncate(local.version);
+  row.serialNum = Truncate(local.serialNumber, kEntPhysicalSerialNumSize);
+  row.mfgName = Truncate(local.deviceType);
   row.modelName = row.mfgName;
   return row;
 }
@@ -199,9 +193,7 @@ void ProjectEntity(const ProjectionContext& context) {
       subPortsLeft = 0;
     }
     if (context.layout.FindPort(ifIndex) != nullptr) {
-      std::vector<oid> target = kIfIndexColumn;
-      target.push_back(static_cast<oid>(ifIndex));
-      aliases.push_back({{static_cast<oid>(ifIndex), 0}, std::move(target)});
+      aliases.push_back({{static_cast<oid>(ifIndex), 0}, IfEntryCell(1, ifIndex)});
     }
     add(std::move(row));
   }

@@ -170,21 +170,6 @@ ProjectedTable<StackRow> ifStackTable({
     {3, [](const StackRow&, netsnmp_variable_list* v) { return SetInteger(v, 1), true; }},
 });
 
-long AdminStatus(const Model::Interface& interface) {
-  return interface.status == Dto::IfStatus::Disabled ? 2 : 1;
-}
-
-long OperStatus(Model::LinkState link) {
-  switch (link) {
-    case Model::LinkState::Up:
-      return 1;
-    case Model::LinkState::Down:
-      return 2;
-    default:
-      return 4;
-  }
-}
-
 IfRow PortRow(const ServedPort& served, const ProjectionContext& context) {
   const Model::Port& port = *served.port;
   IfRow row;
@@ -195,8 +180,8 @@ IfRow PortRow(const ServedPort& served, const ProjectionContext& context) {
   if (served.owner->type == Dto::IfType::Ethernet && served.owner->mac) {
     row.physAddress = MacOctets(*served.owner->mac);
   }
-  row.adminStatus = AdminStatus(*served.owner);
-  row.operStatus = OperStatus(port.link);
+  row.adminStatus = IfAdminStatus(*served.owner);
+  row.operStatus = IfOperStatus(port.link);
   row.speedMbps = Model::SpeedMbps(port.speed);
   row.counters = port.counters;
   row.lastChange = context.TicksAt(port.linkChanged);
@@ -216,8 +201,8 @@ IfRow AggregateRow(const ServedAggregate& served, const ProjectionContext& conte
   row.alias = Truncate(interface.description, kIfAliasSize);
   if (interface.mac) row.physAddress = MacOctets(*interface.mac);
   row.type = lag ? kIeee8023adLag : kPropVirtual;
-  row.adminStatus = AdminStatus(interface);
-  row.operStatus = OperStatus(interface.link);
+  row.adminStatus = IfAdminStatus(interface);
+  row.operStatus = IfOperStatus(interface.link);
   row.connector = false;
   Model::Clock::time_point discontinuity{};
   for (const std::size_t member : interface.members) {

@@ -138,18 +138,6 @@ long Duplex(const Model::Port& port) {
   }
 }
 
-// A PortList: bit n (the first octet's high bit is 1) for each port n.
-std::string PortList(const std::vector<long>& ports, long largest) {
-  std::string list;
-  for (const long port : ports) {
-    if (port < 1 || port > largest) continue;
-    const auto octet = static_cast<std::size_t>(port - 1) / 8;
-    if (list.size() <= octet) list.resize(octet + 1, '\0');
-    list[octet] = static_cast<char>(list[octet] | (0x80 >> ((port - 1) % 8)));
-  }
-  return list;
-}
-
 constexpr long kLargestActorPort = 65535;    // PortList of dot3adAggPortListPorts
 constexpr long kLargestLldpPort = 512L * 8;  // LldpPortList
 
@@ -166,7 +154,7 @@ PortRow MakePortRow(const ServedPort& served, const ProjectionContext& context, 
               ARQ_COUNT(NbOfGoodPacketsMulticast) + ARQ_COUNT(NbOfPacketsSizeLess64BytesReceived) +
               ARQ_COUNT(NbOfFragmentedPacketsReceived) + ARQ_COUNT(NbOfOversizedPacketsReceived) +
               ARQ_COUNT(NbOfJabberPacketsReceived) + ARQ_COUNT(NbOfCrcErrorEvents);
-  r.dataSource = {1, 3, 6, 1, 2, 1, 2, 2, 1, 1, static_cast<oid>(served.ifIndex)};
+  r.dataSource = IfEntryCell(1, served.ifIndex);
   if (context.model.lldpLocal.mainMac) r.systemId = MacOctets(*context.model.lldpLocal.mainMac);
   r.selectedAgg = lag;
   r.attachedAgg = port.link == Model::LinkState::Up ? lag : 0;

@@ -152,6 +152,42 @@ std::string Truncate(const std::string& text, std::size_t size) {
   return text.substr(0, end);
 }
 
+std::vector<oid> IfEntryCell(oid column, long ifIndex) {
+  std::vector<oid> cell = kIfEntry;
+  cell.push_back(column);
+  cell.push_back(static_cast<oid>(ifIndex));
+  return cell;
+}
+
+long IfAdminStatus(const Model::Interface& interface) {
+  return interface.status == OrvoViaSwitch::Domain::Dto::IfStatus::Disabled ? 2 : 1;
+}
+
+long IfOperStatus(Model::LinkState link) {
+  switch (link) {
+    case Model::LinkState::Up:
+      return 1;
+    case Model::LinkState::Down:
+      return 2;
+    default:
+      return 4;
+  }
+}
+
+void SetPortListBit(std::string& list, long port) {
+  const auto octet = static_cast<std::size_t>(port - 1) / 8;
+  if (list.size() <= octet) list.resize(octet + 1, '\0');
+  list[octet] = static_cast<char>(list[octet] | (0x80 >> ((port - 1) % 8)));
+}
+
+std::string PortList(const std::vector<long>& ports, long largest) {
+  std::string list;
+  for (const long port : ports) {
+    if (port >= 1 && port <= largest) SetPortListBit(list, port);
+  }
+  return list;
+}
+
 std::string MacOctets(const Model::MacAddress& mac) {
   return {mac.begin(), mac.end()};
 }

@@ -54,8 +54,28 @@ struct InterfaceLayout {
   const ServedPort* FindPort(long ifIndex) const;
 };
 
-// ifAlias is at most 64 octets.
+// The SIZE of the texts the views serve, by the MIBs' syntaxes.
+inline constexpr std::size_t kDisplayStringSize = 255;  // DisplayString, SnmpAdminString
 inline constexpr std::size_t kIfAliasSize = 64;
+inline constexpr std::size_t kEntPhysicalSerialNumSize = 32;
+
+// Identifiers that several views and notifications use.
+inline const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
+inline const std::vector<oid> kIfEntry{1, 3, 6, 1, 2, 1, 2, 2, 1};
+// ifEntry.<column>.<ifIndex>; column 1 (ifIndex.<n>) names an interface.
+std::vector<oid> IfEntryCell(oid column, long ifIndex);
+
+// IF-MIB's ifAdminStatus (up 1, down 2) and ifOperStatus (up 1, down 2,
+// unknown 4) of the model's states.
+long IfAdminStatus(const Model::Interface& interface);
+long IfOperStatus(Model::LinkState link);
+
+// A PortList (Q-BRIDGE-MIB, IEEE8023-LAG-MIB, LLDP-MIB): one bit per port,
+// port 1 the first octet's high bit. SetPortListBit grows the list to the
+// port's octet; PortList is the shortest list of the ports from 1 to
+// `largest` (others left out).
+void SetPortListBit(std::string& list, long port);
+std::string PortList(const std::vector<long>& ports, long largest);
 // A served port's ifDescr: its Ethernet interface's name, or "<interface>
 // port <port>" for a port of a LAG or PRS interface.
 std::string IfDescr(const ServedPort& served);
@@ -155,7 +175,7 @@ void Register(const char* name, const std::vector<oid>& tableId, ProjectedTable<
 
 // DisplayString and SnmpAdminString: at most `size` octets, cut where a
 // UTF-8 character starts so that no character is split.
-std::string Truncate(const std::string& text, std::size_t size = 255);
+std::string Truncate(const std::string& text, std::size_t size = kDisplayStringSize);
 
 // A MAC address as six octets.
 std::string MacOctets(const Model::MacAddress& mac);

@@ -99,6 +99,11 @@ struct LldpId {
 struct LldpLocal {
   std::string systemName;
   std::string systemDescription;
+  // Its description's "<device type>; <serial number>; <version>" parts,
+  // read once (empty where the description has none).
+  std::string deviceType;
+  std::string serialNumber;
+  std::string version;
   std::string chassisIdText;             // as configured, or else the main MAC's text
   std::optional<MacAddress> chassisMac;  // that text, when it is a MAC address
   std::optional<MacAddress> mainMac;     // the switch's main MAC address
