@@ -29,7 +29,7 @@ class ScenarioError : public std::runtime_error {
 // counters by that divided by the port's average frame size, any counter by
 // its own "growth" per second where one is given. Anything a scenario marks
 // "missing" is left out of the answer it names, to play an inconsistent
-// switch. The file format is described in the README.
+// switch. The file format is described in doc/DEVELOPMENT.md.
 class Scenario {
  public:
   static constexpr std::size_t kCounters = OrvoViaSwitch::Domain::Dto::kEthCounterCount;
