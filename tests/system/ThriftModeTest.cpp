@@ -552,6 +552,7 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
        {{dot3 + "2.1.19.1001", "INTEGER: 3"}, {rmon + "1.1.6.1001", "Counter32: 10"},
         {rmon + "1.1.7.1001", "Counter32: 20"}, {lag + "1.1.1.2.100001", "Hex-STRING: 02 A0 C9 20 01 2D "},
         {lag + "2.1.1.12.3001", "INTEGER: 100001"}, {lldp + "3.8.1.3.1.4.192.0.2.20", "INTEGER: 5"},
+        {lldp + "2.2.0", "Gauge32: 60"} /* lldpStatsRemTablesInserts */,
         // Bridge ports numbered in ifIndex order at first sight: 1/1 is 1.
         {"1.3.6.1.2.1.17.1.2.0", "INTEGER: 75"}, {basePort + "1", "INTEGER: 1001"},
         {"1.3.6.1.2.1.17.7.1.4.5.1.1.1", "Gauge32: 101"},

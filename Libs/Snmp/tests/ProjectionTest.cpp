@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "Arq/Monitoring/MetricConverter/LldpTlv.h"
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
 #include "Arq/Monitoring/MonitoringProcessor.h"
+#include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/TestSupport/Process.h"
 #include "Modules.h"
 #include "Standard/Projection.h"
@@ -280,6 +282,83 @@ TEST_F(ProjectionTest, CollectorNotificationsFollowTheHealthOfEachCollection) {
             (std::vector<std::string>{trap + "1", "INTEGER: 3", cut}));
   EXPECT_EQ(std::vector<std::string>(sentNotifications[1].begin() + 1, sentNotifications[1].end()),
             (std::vector<std::string>{trap + "2", "INTEGER: 1", cut}));
+}
+
+// lldpStatistics over a run of collections, as the model builder counts the
+// neighbours (local port, chassis id, port id) that appear and disappear, and
+// those the model's bound cuts; a changed neighbour moves the last change.
+TEST_F(ProjectionTest, LldpStatisticsCountTheNeighboursThatComeGoAndAreCut) {
+  namespace Tlv = Arq::Monitoring::MetricConverter::LldpTlv;
+  using Type = Dto::LldpTlvType;
+  const auto neighbour = [](const std::string& port, int chassis, const std::string& name) {
+    Dto::LldpInfo info;
+    info.IfName = port;
+    info.Tlv[Type::ChassisId] =
+        Tlv::Encode(1, std::string("\x04\x00\x1b\x21\x00\x00", 6) + static_cast<char>(chassis));
+    info.Tlv[Type::PortId] = Tlv::Encode(2, "\x05" + port);
+    info.Tlv[Type::SystemName] = Tlv::Encode(5, name);
+    return info;
+  };
+  std::vector<Dto::LldpInfo> many;
+  for (int n = 0; n < 514; ++n) many.push_back(neighbour("p" + std::to_string(n), 9, "x"));
+  struct Step {
+    const char* what;
+    std::vector<Dto::LldpInfo> neighbours;  // nothing: the LLDP call failed
+    bool answered;
+    std::vector<std::string> cells;  // inserts, deletes, drops, ageouts
+    bool changed;                    // the last change moved
+  };
+  const std::vector<Step> steps{
+      {"two appear",
+       {neighbour("1/1", 1, "a"), neighbour("1/2", 2, "b")},
+       true,
+       {"Gauge32: 2", "Gauge32: 0", "Gauge32: 0", "Gauge32: 0"},
+       true},
+      {"nothing new",
+       {neighbour("1/1", 1, "a"), neighbour("1/2", 2, "b")},
+       true,
+       {"Gauge32: 2", "Gauge32: 0", "Gauge32: 0", "Gauge32: 0"},
+       false},
+      {"one renamed",
+       {neighbour("1/1", 1, "A"), neighbour("1/2", 2, "b")},
+       true,
+       {"Gauge32: 2", "Gauge32: 0", "Gauge32: 0", "Gauge32: 0"},
+       true},
+      {"one replaced on its port",
+       {neighbour("1/1", 1, "A"), neighbour("1/2", 3, "c")},
+       true,
+       {"Gauge32: 3", "Gauge32: 1", "Gauge32: 0", "Gauge32: 0"},
+       true},
+      {"call failed", {}, false, {"Gauge32: 3", "Gauge32: 1", "Gauge32: 0", "Gauge32: 0"}, false},
+      {"514 reported, 512 kept",
+       many,
+       true,
+       {"Gauge32: 515", "Gauge32: 3", "Gauge32: 2", "Gauge32: 0"},
+       true},
+      {"the same again",
+       many,
+       true,
+       {"Gauge32: 515", "Gauge32: 3", "Gauge32: 2", "Gauge32: 0"},
+       false},
+  };
+  Arq::Monitoring::SwitchModelBuilder builder;
+  auto now = Model::Clock::now();
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.what);
+    Arq::Monitoring::SwitchSnapshot snapshot;
+    snapshot.lldpNeighbours = step.neighbours;
+    snapshot.answered[Arq::OrvoViaSwitch::Domain::Dto::Metrics::CollectorCall::LLDP_GetInfo] =
+        step.answered;
+    now += std::chrono::minutes(1);
+    auto model = builder.Build(snapshot, now);
+    Project(*model);
+    std::vector<std::string> cells;
+    for (const char* cell : {"2.0", "3.0", "4.0", "5.0"})
+      cells.push_back(Cell("lldpStatistics", cell));
+    EXPECT_EQ(cells, step.cells);
+    EXPECT_EQ(model->lldpStatistics.lastChange == now, step.changed);
+    EXPECT_EQ(Cell("lldpStatistics", "1.0").rfind("Timeticks: ", 0), 0u);
+  }
 }
 
 TEST(LldpNeighbourDecoderTest, ObjectIdentifiersSnmpCannotCarryAreRefused) {

@@ -7,7 +7,9 @@
 #include <map>
 #include <set>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
+#include <utility>
 
 #include "Arq/Monitoring/MetricConverter/LldpTlv.h"
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
@@ -315,8 +317,65 @@ void Links(Model::SwitchModel& model, const Model::SwitchModel& before,
   TrackLinks(model.interfaces, before.interfaces, now);
 }
 
-void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
-               Model::SwitchModel& model) {
+// A neighbour's identity: its local port and the chassis and port ids it
+// announces (the LLDP agent's MSAP).
+using NeighbourKey = std::tuple<std::string_view, int, std::string_view, int, std::string_view>;
+NeighbourKey KeyOf(const Model::LldpNeighbour& n) {
+  const auto id = [](const std::optional<Model::LldpId>& value) {
+    return value ? std::pair<int, std::string_view>(value->subtype, value->id)
+                 : std::pair<int, std::string_view>(-1, {});
+  };
+  const auto [chassisType, chassis] = id(n.chassisId);
+  const auto [portType, port] = id(n.portId);
+  return {n.localPort, chassisType, chassis, portType, port};
+}
+
+bool SameContent(const Model::LldpNeighbour& a, const Model::LldpNeighbour& b) {
+  const auto address = [](const std::optional<Model::LldpManagementAddress>& m) {
+    return m ? std::make_tuple(true, m->subtype, std::string_view(m->address), m->interfaceSubtype,
+                               m->interfaceNumber, m->objectId)
+             : std::make_tuple(false, std::uint8_t{0}, std::string_view(), std::uint8_t{0},
+                               std::uint32_t{0}, std::optional<std::vector<std::uint32_t>>());
+  };
+  return std::tie(a.portDescription, a.systemName, a.systemDescription, a.capabilitiesSupported,
+                  a.capabilitiesEnabled,
+                  a.ttl) == std::tie(b.portDescription, b.systemName, b.systemDescription,
+                                     b.capabilitiesSupported, b.capabilitiesEnabled, b.ttl) &&
+         address(a.managementAddress) == address(b.managementAddress);
+}
+
+// The neighbours that appeared, disappeared or changed since `before`.
+void CountLldpChanges(const Model::SwitchModel& before, Model::SwitchModel& model,
+                      Model::Clock::time_point now) {
+  Model::LldpStatistics& statistics = model.lldpStatistics;
+  statistics = before.lldpStatistics;
+  std::map<NeighbourKey, const Model::LldpNeighbour*> was, is;
+  for (const auto& neighbour : before.neighbours) was.emplace(KeyOf(neighbour), &neighbour);
+  for (const auto& neighbour : model.neighbours) is.emplace(KeyOf(neighbour), &neighbour);
+  bool changed = false;
+  for (const auto& [key, neighbour] : is) {
+    const auto old = was.find(key);
+    if (old == was.end()) {
+      ++statistics.inserts;
+      changed = true;
+    } else if (!SameContent(*old->second, *neighbour)) {
+      changed = true;
+    }
+  }
+  for (const auto& [key, neighbour] : was) {
+    if (is.count(key) == 0) {
+      ++statistics.deletes;
+      changed = true;
+    }
+  }
+  if (model.neighboursCut > before.neighboursCut) {
+    statistics.drops += model.neighboursCut - before.neighboursCut;
+  }
+  if (changed) statistics.lastChange = now;
+}
+
+void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before, Model::SwitchModel& model,
+               Model::Clock::time_point now) {
   Model::LldpLocal& local = model.lldpLocal;
   if (!s.answered[Call::LLDP_GetConfig]) {
     local = before.lldpLocal;
@@ -339,14 +398,18 @@ void BuildLldp(const SwitchSnapshot& s, const Model::SwitchModel& before,
 
   if (!s.answered[Call::LLDP_GetInfo]) {
     model.neighbours = before.neighbours;
+    model.lldpStatistics = before.lldpStatistics;
+    model.neighboursCut = before.neighboursCut;
     return;
   }
   const std::size_t count = Kept(s.lldpNeighbours.size(), Model::kMaxNeighbours, "LLDP neighbours");
+  model.neighboursCut = s.lldpNeighbours.size() - count;
   model.neighbours.reserve(count);
   for (std::size_t i = 0; i < count; ++i) {
     if (s.lldpNeighbours[i].IfName.empty()) continue;
     model.neighbours.push_back(DecodeNeighbour(s.lldpNeighbours[i], i + 1));
   }
+  CountLldpChanges(before, model, now);
 }
 
 void BuildPtp(const SwitchSnapshot& s, const Model::SwitchModel& before,
@@ -398,7 +461,7 @@ std::shared_ptr<Model::SwitchModel> SwitchModelBuilder::Build(const SwitchSnapsh
     TrackLinks(model->ports, before.ports, now);
     TrackLinks(model->interfaces, before.interfaces, now);
   }
-  BuildLldp(s, before, *model);
+  BuildLldp(s, before, *model, now);
   BuildPtp(s, before, *model);
   model->configuration =
       s.answered[Call::Config_GetCurrentConfig] ? s.currentConfig : before.configuration;

@@ -77,6 +77,32 @@ ProjectedTable<LocalRow> localSystem({
            netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
 });
 
+// lldpStatistics: how the remote tables changed since the agent started.
+struct StatisticsRow {
+  std::vector<oid> index{0};
+  std::uint64_t lastChange = 0;  // TimeStamp
+  std::uint64_t inserts = 0, deletes = 0, drops = 0;
+};
+
+template <std::uint64_t StatisticsRow::*member>
+bool Gauge(const StatisticsRow& row, netsnmp_variable_list* var) {
+  // ZeroBasedCounter32 (a Gauge32 that wraps as a counter does).
+  SetUnsigned(var, ASN_GAUGE, row.*member & 0xffffffffu);
+  return true;
+}
+
+ProjectedTable<StatisticsRow> statistics({
+    {1, [](const StatisticsRow& r,
+           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_TIMETICKS, r.lastChange), true; }},
+    {2, Gauge<&StatisticsRow::inserts>},
+    {3, Gauge<&StatisticsRow::deletes>},
+    {4, Gauge<&StatisticsRow::drops>},
+    // lldpStatsRemTablesAgeouts: the switch ages its neighbours out itself and
+    // does not say which of them went that way.
+    {5, [](const StatisticsRow&,
+           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_GAUGE, 0), true; }},
+});
+
 ProjectedTable<LocalPortRow> localPortTable({
     {2, [](const LocalPortRow&,
            netsnmp_variable_list* v) { return SetInteger(v, kPortInterfaceName), true; }},
@@ -176,6 +202,12 @@ void Project(const ProjectionContext& context) {
   local.sysName = Truncate(identity.systemName);
   local.sysDesc = Truncate(identity.systemDescription);
   localSystem.Replace({std::move(local)});
+  const Model::LldpStatistics& changes = context.model.lldpStatistics;
+  statistics.Replace({{{0},
+                       context.TicksAt(changes.lastChange),
+                       changes.inserts,
+                       changes.deletes,
+                       changes.drops}});
 
   std::vector<LocalPortRow> ports;
   ports.reserve(context.layout.ports.size());
@@ -193,7 +225,9 @@ void Project(const ProjectionContext& context) {
 
 void init_lldpMib() {
   AddProjector(Project);
-  // lldpObjects: 1.0.8802.1.1.2.1; lldpLocalSystemData .3, lldpRemoteSystemsData .4.
+  // lldpObjects: 1.0.8802.1.1.2.1; lldpStatistics .2, lldpLocalSystemData .3,
+  // lldpRemoteSystemsData .4.
+  RegisterSortedRange("lldpStatistics", {1, 0, 8802, 1, 1, 2, 1, 2}, 1, 5, &statistics);
   RegisterSortedRange("lldpLocalSystemData", {1, 0, 8802, 1, 1, 2, 1, 3}, 1, 6, &localSystem);
   Register("lldpLocPortTable", {1, 0, 8802, 1, 1, 2, 1, 3, 7}, localPortTable);
   Register("lldpRemTable", {1, 0, 8802, 1, 1, 2, 1, 4, 1}, remoteTable);

@@ -138,6 +138,18 @@ struct LldpNeighbour {
   std::optional<std::uint16_t> ttl;
 };
 
+// How the neighbour list changed since the daemon started, counted from one
+// collection to the next: a neighbour is one local port and the chassis and
+// port identifiers it announces; one whose other fields change is modified.
+struct LldpStatistics {
+  std::uint64_t inserts = 0;  // neighbours that appeared
+  std::uint64_t deletes = 0;  // neighbours that disappeared
+  std::uint64_t drops = 0;    // neighbours newly cut by kMaxNeighbours
+  // When a neighbour last appeared, disappeared or changed (Clock::time_point{}
+  // when none has since the daemon started).
+  Clock::time_point lastChange{};
+};
+
 // One PTP domain, as the switch reports it (numbers unchecked: the views
 // decide what they can serve).
 struct PtpDomain {
@@ -169,6 +181,8 @@ struct SwitchModel {
   std::vector<Interface> interfaces;  // in the switch's list order
   LldpLocal lldpLocal;
   std::vector<LldpNeighbour> neighbours;  // in the switch's order
+  LldpStatistics lldpStatistics;
+  std::size_t neighboursCut = 0;  // beyond kMaxNeighbours in the last LLDP answer
   std::vector<PtpDomain> ptpDomains;
   Dto::ConfigFile configuration;
   Collection collection;
