@@ -66,14 +66,16 @@ void SetValue(const Value& value, gnmi::Encoding encoding, gnmi::TypedValue* out
   }
 }
 
-grpc::Status Select(const gnmi::Path& prefix, const gnmi::Path* paths, int count,
+grpc::Status Select(const gnmi::Path& prefix, const std::vector<const gnmi::Path*>& paths,
                     Selection& selection) {
   std::string error;
   const auto head = FromProto(prefix, &error);
   if (!head) return {grpc::StatusCode::INVALID_ARGUMENT, "prefix: " + error};
   const gnmi::Path root;
-  for (int i = 0; i < (count == 0 ? 1 : count); ++i) {
-    const auto tail = FromProto(count == 0 ? root : paths[i], &error);
+  // No path at all asks for everything under the prefix.
+  const std::size_t count = paths.empty() ? 1 : paths.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto tail = FromProto(paths.empty() ? root : *paths[i], &error);
     if (!tail) return {grpc::StatusCode::INVALID_ARGUMENT, error};
     const Path path = Join(*head, *tail);
     Selection one;

@@ -41,7 +41,7 @@ grpc::Status SubscriptionCore::Start(const gnmi::SubscriptionList& list,
   const auto& leaves = Leaves();
   for (const auto& subscription : list.subscription()) {
     Selection selection;
-    const grpc::Status status = Select(list.prefix(), &subscription.path(), 1, selection);
+    const grpc::Status status = Select(list.prefix(), {&subscription.path()}, selection);
     if (!status.ok()) return status;
     all_.Merge(selection);
     if (mode_ != gnmi::SubscriptionList::STREAM) continue;

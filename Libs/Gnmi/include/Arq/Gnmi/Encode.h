@@ -25,7 +25,7 @@ void SetValue(const Value& value, gnmi::Encoding encoding, gnmi::TypedValue* out
 // The leaves a request selects: the prefix joined with each path, resolved.
 // INVALID_ARGUMENT for a malformed path, NOT_FOUND for one that selects
 // nothing the daemon serves.
-grpc::Status Select(const gnmi::Path& prefix, const gnmi::Path* paths, int count,
+grpc::Status Select(const gnmi::Path& prefix, const std::vector<const gnmi::Path*>& paths,
                     Selection& selection);
 
 // Which leaves a Get or a subscription sends: config, state or both.
