@@ -3,7 +3,7 @@
 #include <syslog.h>
 
 #include <net-snmp/net-snmp-config.h>
-#include <net-snmp/library/snmp_logging.h>
+#include <net-snmp/net-snmp-includes.h>
 
 #include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/Logging/Loader/Loggers.h"
@@ -55,8 +55,8 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   const auto gnmiSettings = Gnmi::Settings::FromEnvironment();
   if (gnmiSettings.Enabled()) {
     std::string error;
-    gnmi = Gnmi::GnmiServer::Create(gnmiSettings, Monitoring::MonitoringProcessor::switchModel,
-                                    error);
+    gnmi =
+        Gnmi::GnmiServer::Create(gnmiSettings, Monitoring::MonitoringProcessor::switchModel, error);
     if (!gnmi) snmp_log(LOG_ERR, "gNMI server not started: %s\n", error.c_str());
   }
   agent->Run();

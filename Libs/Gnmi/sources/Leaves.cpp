@@ -17,7 +17,9 @@ using Index = Dto::EthCounterIndex;
 using Entry = View::InterfaceEntry;
 using Result = std::optional<Value>;
 
-const Entry& If(const Instance& i) { return *static_cast<const Entry*>(i.source); }
+const Entry& If(const Instance& i) {
+  return *static_cast<const Entry*>(i.source);
+}
 const Model::LldpNeighbour& Nb(const Instance& i) {
   return *static_cast<const View::NeighbourEntry*>(i.source)->neighbour;
 }
@@ -25,7 +27,9 @@ const View::ComponentEntry& Comp(const Instance& i) {
   return *static_cast<const View::ComponentEntry*>(i.source);
 }
 
-std::uint64_t Count(const Entry& e, std::size_t counter) { return e.counters[counter]; }
+std::uint64_t Count(const Entry& e, std::size_t counter) {
+  return e.counters[counter];
+}
 
 // ifInErrors: undersize, fragments, oversize, jabber, MAC and CRC errors.
 std::uint64_t InErrors(const Entry& e) {
@@ -51,8 +55,8 @@ Result PortCounter(const View&, const Instance& i) {
 
 std::string MacText(const Model::MacAddress& mac) {
   char text[18];
-  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2],
-                mac[3], mac[4], mac[5]);
+  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3],
+                mac[4], mac[5]);
   return text;
 }
 
@@ -96,21 +100,23 @@ std::string IdText(const Model::LldpId& id, std::uint8_t macSubtype, std::uint8_
 // openconfig-lldp-types ChassisIdType and PortIdType: the 802.1AB subtypes in
 // order, LOCAL for subtype 7.
 Result ChassisIdType(std::uint8_t subtype) {
-  static const char* const names[] = {"CHASSIS_COMPONENT", "INTERFACE_ALIAS", "PORT_COMPONENT",
-                                      "MAC_ADDRESS",       "NETWORK_ADDRESS", "INTERFACE_NAME",
-                                      "LOCAL"};
+  static const char* const names[] = {
+      "CHASSIS_COMPONENT", "INTERFACE_ALIAS", "PORT_COMPONENT", "MAC_ADDRESS",
+      "NETWORK_ADDRESS",   "INTERFACE_NAME",  "LOCAL"};
   if (subtype < 1 || subtype > 7) return std::nullopt;
   return Value::Enumeration(names[subtype - 1]);
 }
 Result PortIdType(std::uint8_t subtype) {
-  static const char* const names[] = {"INTERFACE_ALIAS", "PORT_COMPONENT", "MAC_ADDRESS",
-                                      "NETWORK_ADDRESS", "INTERFACE_NAME", "AGENT_CIRCUIT_ID",
-                                      "LOCAL"};
+  static const char* const names[] = {
+      "INTERFACE_ALIAS", "PORT_COMPONENT",   "MAC_ADDRESS", "NETWORK_ADDRESS",
+      "INTERFACE_NAME",  "AGENT_CIRCUIT_ID", "LOCAL"};
   if (subtype < 1 || subtype > 7) return std::nullopt;
   return Value::Enumeration(names[subtype - 1]);
 }
 
-Result Name(const View&, const Instance& i) { return Value::Str(i.keys.back()); }
+Result Name(const View&, const Instance& i) {
+  return Value::Str(i.keys.back());
+}
 
 Result Type(const View&, const Instance& i) {
   const Entry& e = If(i);
@@ -150,8 +156,8 @@ Result OperStatus(const View&, const Instance& i) {
 
 Result LastChange(const View& v, const Instance& i) {
   const Entry& e = If(i);
-  return Value::U64(v.WallNs(e.aggregate != nullptr ? e.aggregate->linkChanged
-                                                    : e.port->linkChanged));
+  return Value::U64(
+      v.WallNs(e.aggregate != nullptr ? e.aggregate->linkChanged : e.port->linkChanged));
 }
 
 Result LastClear(const View& v, const Instance& i) {
@@ -179,12 +185,12 @@ Result Duplex(const View&, const Instance& i) {
     case Dto::EthMode::_1000BASE_X:
       return Value::Enumeration("FULL");
     case Dto::EthMode::SGMII:
-      return Value::Enumeration(port->counters[Index::NbOfValidFrameSentHalfDupWithCollision] +
-                                            port->counters
-                                                [Index::NbOfValidFrameSentHalfDupWithOutCollision] >
-                                        0
-                                    ? "HALF"
-                                    : "FULL");
+      return Value::Enumeration(
+          port->counters[Index::NbOfValidFrameSentHalfDupWithCollision] +
+                      port->counters[Index::NbOfValidFrameSentHalfDupWithOutCollision] >
+                  0
+              ? "HALF"
+              : "FULL");
     default:
       return std::nullopt;
   }
@@ -271,7 +277,9 @@ Result Sum3(const View&, const Instance& i) {
   return Value::U64(Count(e, a) + Count(e, b) + Count(e, c));
 }
 
-Result NeighbourId(const View&, const Instance& i) { return Value::Str(i.keys.back()); }
+Result NeighbourId(const View&, const Instance& i) {
+  return Value::Str(i.keys.back());
+}
 
 Result NbChassisId(const View&, const Instance& i) {
   const auto& id = Nb(i).chassisId;
@@ -372,12 +380,13 @@ Result HealthNumber(const View& v, const Instance&) {
 #define ETH IF "/ethernet/state"
 #define NB "/lldp/interfaces/interface[name=*]/neighbors/neighbor[id=*]/state"
 #define COUNTER(leaf, counter) \
-  {IF "/state/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, Counter<counter>}
+  { IF "/state/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, Counter<counter> }
 #define ETH_COUNTER(leaf, counter) \
-  {ETH "/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, PortCounter<counter>}
-#define IF_LEAF(leaf, kind, function) {IF leaf, kind, Cadence::OnChange, Scope::Interface, function}
+  { ETH "/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, PortCounter<counter> }
+#define IF_LEAF(leaf, kind, function) \
+  { IF leaf, kind, Cadence::OnChange, Scope::Interface, function }
 #define COLLECTOR(leaf, cadence, function) \
-  {"/orvovia-collector/state/" leaf, Kind::State, cadence, Scope::Root, function}
+  { "/orvovia-collector/state/" leaf, Kind::State, cadence, Scope::Root, function }
 
 const std::vector<LeafSpec> kLeaves = {
     IF_LEAF("/name", Kind::Config, Name),
@@ -389,13 +398,11 @@ const std::vector<LeafSpec> kLeaves = {
     IF_LEAF("/state/type", Kind::State, Type),
     IF_LEAF("/state/description", Kind::State, Description),
     IF_LEAF("/state/enabled", Kind::State, Enabled),
-    IF_LEAF("/state/ifindex",
-            Kind::State,
+    IF_LEAF("/state/ifindex", Kind::State,
             [](const View&, const Instance& i) -> Result {
               return If(i).ifIndex == 0 ? std::nullopt : Result(Value::U32(If(i).ifIndex));
             }),
-    IF_LEAF("/state/admin-status",
-            Kind::State,
+    IF_LEAF("/state/admin-status", Kind::State,
             [](const View&, const Instance& i) -> Result {
               return Value::Enumeration(If(i).owner->status == Dto::IfStatus::Disabled ? "DOWN"
                                                                                        : "UP");
@@ -427,8 +434,7 @@ const std::vector<LeafSpec> kLeaves = {
        return Value::U64(Count(If(i), Index::NbOfPacketsDropDueCollision) +
                          Count(If(i), Index::NbOfLateMacCollision));
      }},
-    {IF "/state/counters/last-clear", Kind::State, Cadence::OnChange, Scope::Interface,
-     LastClear},
+    {IF "/state/counters/last-clear", Kind::State, Cadence::OnChange, Scope::Interface, LastClear},
     {ETH "/port-speed", Kind::State, Cadence::OnChange, Scope::Interface, PortSpeed},
     {ETH "/negotiated-duplex-mode", Kind::State, Cadence::OnChange, Scope::Interface, Duplex},
     {ETH "/mac-address", Kind::State, Cadence::OnChange, Scope::Interface, MacAddress},
@@ -445,12 +451,9 @@ const std::vector<LeafSpec> kLeaves = {
     ETH_COUNTER("in-distribution/in-frames-65-127-octets", Index::NbOfGoodPackets65to127Bytes),
     ETH_COUNTER("in-distribution/in-frames-128-255-octets", Index::NbOfGoodPackets128to255Bytes),
     ETH_COUNTER("in-distribution/in-frames-256-511-octets", Index::NbOfGoodPackets256to511Bytes),
-    ETH_COUNTER("in-distribution/in-frames-512-1023-octets",
-                Index::NbOfGoodPackets512to1023Bytes),
-    ETH_COUNTER("in-distribution/in-frames-1024-1518-octets",
-                Index::NbOfGoodPackets1024toMaxBytes),
-    {IF "/aggregation/state/lag-speed", Kind::State, Cadence::OnChange, Scope::Interface,
-     LagSpeed},
+    ETH_COUNTER("in-distribution/in-frames-512-1023-octets", Index::NbOfGoodPackets512to1023Bytes),
+    ETH_COUNTER("in-distribution/in-frames-1024-1518-octets", Index::NbOfGoodPackets1024toMaxBytes),
+    {IF "/aggregation/state/lag-speed", Kind::State, Cadence::OnChange, Scope::Interface, LagSpeed},
     {IF "/aggregation/state/member", Kind::State, Cadence::OnChange, Scope::Interface, Members},
     {"/lldp/state/chassis-id", Kind::State, Cadence::OnChange, Scope::Root, LocalChassisId},
     {"/lldp/state/chassis-id-type", Kind::State, Cadence::OnChange, Scope::Root,
@@ -480,14 +483,13 @@ const std::vector<LeafSpec> kLeaves = {
     {NB "/management-address-type", Kind::State, Cadence::OnChange, Scope::Neighbour,
      NbManagementAddressType},
     {NB "/ttl", Kind::State, Cadence::OnChange, Scope::Neighbour, NbTtl},
-    {"/components/component[name=*]/name", Kind::Config, Cadence::OnChange, Scope::Component,
+    {"/components/component[name=*]/name", Kind::Config, Cadence::OnChange, Scope::Component, Name},
+    {"/components/component[name=*]/state/name", Kind::State, Cadence::OnChange, Scope::Component,
      Name},
-    {"/components/component[name=*]/state/name", Kind::State, Cadence::OnChange,
-     Scope::Component, Name},
-    {"/components/component[name=*]/state/type", Kind::State, Cadence::OnChange,
-     Scope::Component, ComponentType},
-    {"/components/component[name=*]/state/parent", Kind::State, Cadence::OnChange,
-     Scope::Component, ComponentParent},
+    {"/components/component[name=*]/state/type", Kind::State, Cadence::OnChange, Scope::Component,
+     ComponentType},
+    {"/components/component[name=*]/state/parent", Kind::State, Cadence::OnChange, Scope::Component,
+     ComponentParent},
     COLLECTOR("state", Cadence::OnChange, CollectorState),
     COLLECTOR("last-collection", Cadence::Sample,
               HealthNumber<&Metrics::CollectorHealthMetric::lastCollection>),
@@ -509,10 +511,9 @@ const std::vector<LeafSpec> kLeaves = {
               [](const View& v, const Instance&) -> Result {
                 return Value::U32(static_cast<std::uint32_t>(std::max(0, Health(v).period)));
               }),
-    COLLECTOR("last-error", Cadence::OnChange,
-              [](const View& v, const Instance&) -> Result {
-                return Value::Str(Health(v).lastError);
-              }),
+    COLLECTOR(
+        "last-error", Cadence::OnChange,
+        [](const View& v, const Instance&) -> Result { return Value::Str(Health(v).lastError); }),
     COLLECTOR("interfaces-current", Cadence::OnChange,
               [](const View& v, const Instance&) -> Result {
                 return Value::Boolean(v.model().collection.interfacesCurrent);
@@ -529,7 +530,9 @@ const std::vector<LeafSpec> kLeaves = {
 
 }  // namespace
 
-const std::vector<LeafSpec>& Leaves() { return kLeaves; }
+const std::vector<LeafSpec>& Leaves() {
+  return kLeaves;
+}
 
 const std::vector<ModelInfo>& Models() {
   static const std::vector<ModelInfo> models = {

@@ -36,7 +36,8 @@ std::optional<Path> ParsePath(std::string_view text, std::string* error) {
   if (at < text.size() && text[at] == '/') ++at;
   while (at < text.size()) {
     PathElem elem;
-    if (!ReadUntil(text, at, "/[]=", elem.name)) return Fail(error, "dangling escape"), std::nullopt;
+    if (!ReadUntil(text, at, "/[]=", elem.name))
+      return Fail(error, "dangling escape"), std::nullopt;
     if (elem.name.empty()) return Fail(error, "empty element name"), std::nullopt;
     while (at < text.size() && text[at] == '[') {
       ++at;

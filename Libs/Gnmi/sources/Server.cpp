@@ -376,9 +376,9 @@ grpc::ServerBidiReactor<Request, Response>* GnmiServer::Impl::Subscribe(
   if (!status.ok()) return new Refused(status);
   if (++subscriptions > settings.maxSubscriptions) {
     --subscriptions;
-    return new Refused({grpc::StatusCode::RESOURCE_EXHAUSTED,
-                        "too many subscriptions (" + std::to_string(settings.maxSubscriptions) +
-                            ")"});
+    return new Refused(
+        {grpc::StatusCode::RESOURCE_EXHAUSTED,
+         "too many subscriptions (" + std::to_string(settings.maxSubscriptions) + ")"});
   }
   return new Stream(*this, context);
 }
@@ -431,11 +431,12 @@ void GnmiServer::Impl::Publisher() {
 
 GnmiServer::GnmiServer(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
 GnmiServer::~GnmiServer() = default;
-int GnmiServer::Port() const { return impl_->port; }
+int GnmiServer::Port() const {
+  return impl_->port;
+}
 
 std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
-                                               Model::SwitchModelStore& store,
-                                               std::string& error) {
+                                               Model::SwitchModelStore& store, std::string& error) {
   std::string host;
   std::uint16_t port = 0;
   if (!SplitAddress(settings.address, host, port)) {
@@ -470,8 +471,10 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
       return nullptr;
     }
     if (!IsLoopback(host)) {
-      error = "plaintext gNMI only on a loopback address; set ORVOVIA_GNMI_TLS_CERT and "
-              "ORVOVIA_GNMI_TLS_KEY to listen on " + host;
+      error =
+          "plaintext gNMI only on a loopback address; set ORVOVIA_GNMI_TLS_CERT and "
+          "ORVOVIA_GNMI_TLS_KEY to listen on " +
+          host;
       return nullptr;
     }
     credentials = grpc::InsecureServerCredentials();
@@ -498,9 +501,9 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
     return nullptr;
   }
   Impl* raw = impl.get();
-  impl->storeSubscription = store.Subscribe(
-      [raw](const std::shared_ptr<const Model::SwitchModel>&,
-            const std::shared_ptr<const Model::SwitchModel>&) {
+  impl->storeSubscription =
+      store.Subscribe([raw](const std::shared_ptr<const Model::SwitchModel>&,
+                            const std::shared_ptr<const Model::SwitchModel>&) {
         {
           std::lock_guard<std::mutex> lock(raw->hubMutex);
           raw->published = true;

@@ -121,7 +121,7 @@ std::vector<Item> SubscriptionCore::Ordered(std::vector<Item> items) {
     return item.gone != nullptr ? 0 : item.removed != nullptr ? 1 : 2;
   };
   const auto key = [](const Item& item) -> const void* {
-    return item.gone != nullptr    ? static_cast<const void*>(item.gone)
+    return item.gone != nullptr      ? static_cast<const void*>(item.gone)
            : item.removed != nullptr ? static_cast<const void*>(item.removed)
                                      : static_cast<const void*>(item.entry);
   };

@@ -69,8 +69,8 @@ View::View(std::shared_ptr<const Model::SwitchModel> model) : model_(std::move(m
     }
   }
   for (const auto& interface : m.interfaces) {
-    if (!interface.consistent || (interface.type != Dto::IfType::BasicLag &&
-                                  interface.type != Dto::IfType::BasicPrs)) {
+    if (!interface.consistent ||
+        (interface.type != Dto::IfType::BasicLag && interface.type != Dto::IfType::BasicPrs)) {
       continue;
     }
     if (!names.insert(interface.name).second) continue;

@@ -37,7 +37,8 @@ std::shared_ptr<Model::SwitchModel> Fixture(std::uint64_t generation = 1) {
     interface.type = type;
     interface.status = Dto::IfStatus::Enabled;
     interface.description = std::string(name) + " desc";
-    interface.mac = Model::MacAddress{0x02, 0xa0, 0xc9, 0, 0, static_cast<std::uint8_t>(members[0])};
+    interface.mac =
+        Model::MacAddress{0x02, 0xa0, 0xc9, 0, 0, static_cast<std::uint8_t>(members[0])};
     interface.members = std::move(members);
     interface.consistent = true;
     interface.link = Model::LinkState::Up;
@@ -54,7 +55,8 @@ std::shared_ptr<Model::SwitchModel> Fixture(std::uint64_t generation = 1) {
     neighbour.portId = Model::LldpId{5, "Ethernet" + std::to_string(n)};
     neighbour.systemName = "peer" + std::to_string(n);
     neighbour.ttl = 120;
-    neighbour.managementAddress = Model::LldpManagementAddress{1, std::string("\x0a\x00\x00\x01", 4)};
+    neighbour.managementAddress =
+        Model::LldpManagementAddress{1, std::string("\x0a\x00\x00\x01", 4)};
     model->neighbours.push_back(neighbour);
   }
   model->collection.collectedAtWall =
@@ -158,9 +160,7 @@ TEST(GnmiTreeTest, ResolvesWildcardsAndRefusesBadPaths) {
 // EtherLike-MIB and RMON-MIB for the same port; a LAG's are its members' sums.
 TEST(GnmiLeavesTest, ServesTheMibNumbersTypedAsOpenConfigSays) {
   const auto snapshot = Snap(Fixture());
-  const auto c = [](std::size_t port, std::size_t counter) {
-    return 1000 * (port + 1) + counter;
-  };
+  const auto c = [](std::size_t port, std::size_t counter) { return 1000 * (port + 1) + counter; };
   const auto q = [](std::uint64_t v) { return "\"" + std::to_string(v) + "\""; };
   std::uint64_t inErrors = 0;
   for (std::size_t k = Index::NbOfPacketsSizeLess64BytesReceived; k <= Index::NbOfCrcErrorEvents;
@@ -208,8 +208,7 @@ TEST(GnmiLeavesTest, ServesTheMibNumbersTypedAsOpenConfigSays) {
       {"/lldp/interfaces/interface[name=1\\/1]/neighbors/neighbor[id=1]/state/management-address",
        "\"10.0.0.1\""},
       {"/lldp/interfaces/interface[name=1\\/1]/neighbors/neighbor[id=1]/state/ttl", "120"},
-      {"/components/component[name=port-1\\/4]/state/type",
-       "\"openconfig-platform-types:PORT\""},
+      {"/components/component[name=port-1\\/4]/state/type", "\"openconfig-platform-types:PORT\""},
   };
   const Values all = Get(*snapshot, "/");
   for (const auto& [path, value] : expected) {
@@ -229,13 +228,13 @@ TEST(GnmiLeavesTest, GetFiltersByKeyWildcardAndDataType) {
             (Values{{"/interfaces/interface[name=1\\/2]/state/oper-status", "\"DOWN\""}}));
   EXPECT_EQ(Get(*snapshot, "/interfaces/interface[name=nope]/state").size(), 0U);
   const Values config = Get(*snapshot, "/interfaces/interface[name=1/1]", KindFilter::Config);
-  EXPECT_EQ(config,
-            (Values{{"/interfaces/interface[name=1\\/1]/name", "\"1/1\""},
-                    {"/interfaces/interface[name=1\\/1]/config/name", "\"1/1\""},
-                    {"/interfaces/interface[name=1\\/1]/config/type",
-                     "\"iana-if-type:ethernetCsmacd\""},
-                    {"/interfaces/interface[name=1\\/1]/config/description", "\"eth1 desc\""},
-                    {"/interfaces/interface[name=1\\/1]/config/enabled", "true"}}));
+  EXPECT_EQ(
+      config,
+      (Values{{"/interfaces/interface[name=1\\/1]/name", "\"1/1\""},
+              {"/interfaces/interface[name=1\\/1]/config/name", "\"1/1\""},
+              {"/interfaces/interface[name=1\\/1]/config/type", "\"iana-if-type:ethernetCsmacd\""},
+              {"/interfaces/interface[name=1\\/1]/config/description", "\"eth1 desc\""},
+              {"/interfaces/interface[name=1\\/1]/config/enabled", "true"}}));
   const Values state = Get(*snapshot, "/interfaces/interface[name=1/1]", KindFilter::State);
   for (const auto& [path, value] : state) EXPECT_EQ(path.find("/config/"), std::string::npos);
 }
@@ -259,9 +258,9 @@ struct Recorder {
   }
 };
 
-gnmi::SubscriptionList List(gnmi::SubscriptionList::Mode mode,
-                            std::vector<std::tuple<std::string, gnmi::SubscriptionMode,
-                                                   std::uint64_t>> subscriptions) {
+gnmi::SubscriptionList List(
+    gnmi::SubscriptionList::Mode mode,
+    std::vector<std::tuple<std::string, gnmi::SubscriptionMode, std::uint64_t>> subscriptions) {
   gnmi::SubscriptionList list;
   list.set_mode(mode);
   list.set_encoding(gnmi::JSON_IETF);
@@ -315,10 +314,10 @@ TEST(GnmiSubscriptionTest, OnChangeSendsWhatChangedAndDeletesWhatWentAway) {
 TEST(GnmiSubscriptionTest, SampleTicksAtTheIntervalAndSuppressesRedundantValues) {
   const auto t0 = SteadyClock::now();
   const std::string octets = "/interfaces/interface[name=1/1]/state/counters/in-octets";
-  auto list = List(gnmi::SubscriptionList::STREAM,
-                   {{octets, gnmi::SAMPLE, 500000000},
-                    {"/interfaces/interface[name=1/1]/state/counters/in-errors", gnmi::SAMPLE,
-                     500000000}});
+  auto list =
+      List(gnmi::SubscriptionList::STREAM,
+           {{octets, gnmi::SAMPLE, 500000000},
+            {"/interfaces/interface[name=1/1]/state/counters/in-errors", gnmi::SAMPLE, 500000000}});
   list.mutable_subscription(1)->set_suppress_redundant(true);
   SubscriptionCore core;
   ASSERT_TRUE(core.Start(list, t0).ok());
@@ -335,8 +334,11 @@ TEST(GnmiSubscriptionTest, SampleTicksAtTheIntervalAndSuppressesRedundantValues)
     std::shared_ptr<const Snapshot> snapshot;
     std::size_t updates;
   };
-  const Tick ticks[] = {{100ms, second, 0}, {500ms, second, 1}, {900ms, second, 0},
-                        {1000ms, second, 1}, {1500ms, second, 1}};
+  const Tick ticks[] = {{100ms, second, 0},
+                        {500ms, second, 1},
+                        {900ms, second, 0},
+                        {1000ms, second, 1},
+                        {1500ms, second, 1}};
   for (const auto& tick : ticks) {
     Recorder recorder;
     ASSERT_TRUE(core.Tick(tick.snapshot, t0 + tick.at, recorder.Sink()));

@@ -18,9 +18,9 @@ class GnmiServer {
   // Listening when it returns; nothing (and `error`, one line) when the
   // settings cannot work: a malformed address, plaintext off loopback, a
   // missing or oversized file, a port in use.
-  static std::unique_ptr<GnmiServer> Create(
-      const Settings& settings, OrvoViaSwitch::Domain::Model::SwitchModelStore& store,
-      std::string& error);
+  static std::unique_ptr<GnmiServer> Create(const Settings& settings,
+                                            OrvoViaSwitch::Domain::Model::SwitchModelStore& store,
+                                            std::string& error);
   ~GnmiServer();
   GnmiServer(const GnmiServer&) = delete;
   GnmiServer& operator=(const GnmiServer&) = delete;

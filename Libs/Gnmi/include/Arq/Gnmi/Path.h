@@ -15,9 +15,7 @@ struct PathElem {
   std::string name;
   std::map<std::string, std::string> keys;
 
-  bool operator==(const PathElem& other) const {
-    return name == other.name && keys == other.keys;
-  }
+  bool operator==(const PathElem& other) const { return name == other.name && keys == other.keys; }
 };
 
 struct Path {

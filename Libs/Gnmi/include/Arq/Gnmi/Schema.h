@@ -17,10 +17,19 @@ namespace Model = OrvoViaSwitch::Domain::Model;
 // encoding (JSON_IETF writes 64-bit numbers as strings, an identity with its
 // module prefix).
 struct Value {
-  enum class Type : std::uint8_t { Uint64, Uint32, Int64, Bool, String, Enum, Identity, StringList };
+  enum class Type : std::uint8_t {
+    Uint64,
+    Uint32,
+    Int64,
+    Bool,
+    String,
+    Enum,
+    Identity,
+    StringList
+  };
   Type type = Type::String;
-  std::uint64_t number = 0;  // Uint64, Uint32, Int64 (two's complement), Bool
-  std::string text;          // String, Enum, Identity ("module:name")
+  std::uint64_t number = 0;        // Uint64, Uint32, Int64 (two's complement), Bool
+  std::string text;                // String, Enum, Identity ("module:name")
   std::vector<std::string> items;  // StringList (a leaf-list of strings)
 
   static Value U64(std::uint64_t v) { return {Type::Uint64, v, {}, {}}; }

@@ -60,9 +60,9 @@ class Tree {
  private:
   Tree();
   struct LeafPaths {
-    Path full;                         // key values "*"
-    std::size_t prefixLength = 0;      // elements up to its innermost list
-    std::vector<std::size_t> listAt;   // the element index of each list
+    Path full;                        // key values "*"
+    std::size_t prefixLength = 0;     // elements up to its innermost list
+    std::vector<std::size_t> listAt;  // the element index of each list
     Path relative;
   };
   std::unique_ptr<Node> root_;
