@@ -3,6 +3,7 @@
 // one switch model. The counters are computed as the IF-MIB, EtherLike-MIB and
 // RMON-MIB objects of the same port are, so that both protocols give the same
 // numbers for the same collection.
+#include <algorithm>
 #include <cstdio>
 
 #include "Arq/Gnmi/Schema.h"
@@ -55,14 +56,14 @@ Result PortCounter(const View&, const Instance& i) {
 
 std::string MacText(const Model::MacAddress& mac) {
   char text[18];
-  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3],
-                mac[4], mac[5]);
+  (void)std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2],
+                      mac[3], mac[4], mac[5]);
   return text;
 }
 
 std::string Ipv4Text(const std::uint8_t* a) {
   char text[16];
-  std::snprintf(text, sizeof text, "%u.%u.%u.%u", a[0], a[1], a[2], a[3]);
+  (void)std::snprintf(text, sizeof text, "%u.%u.%u.%u", a[0], a[1], a[2], a[3]);
   return text;
 }
 
@@ -70,18 +71,16 @@ std::string Hex(const std::string& bytes) {
   std::string text;
   char octet[4];
   for (const char c : bytes) {
-    std::snprintf(octet, sizeof octet, text.empty() ? "%02x" : ":%02x",
-                  static_cast<unsigned char>(c));
+    (void)std::snprintf(octet, sizeof octet, text.empty() ? "%02x" : ":%02x",
+                        static_cast<unsigned char>(c));
     text += octet;
   }
   return text;
 }
 
 bool Printable(const std::string& text) {
-  for (const char c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) return false;
-  }
-  return true;
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) >= 0x20 && c != 0x7f; });
 }
 
 // An LLDP identifier as text: a MAC address as such, a network address
@@ -316,8 +315,8 @@ Result NbManagementAddress(const View&, const Instance& i) {
     std::string text;
     char group[6];
     for (std::size_t g = 0; g < 8; ++g) {
-      std::snprintf(group, sizeof group, g == 0 ? "%x" : ":%x",
-                    (bytes[2 * g] << 8) | bytes[2 * g + 1]);
+      (void)std::snprintf(group, sizeof group, g == 0 ? "%x" : ":%x",
+                          (bytes[2 * g] << 8) | bytes[2 * g + 1]);
       text += group;
     }
     return Value::Str(text);

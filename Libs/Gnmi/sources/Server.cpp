@@ -16,11 +16,10 @@
 namespace Arq::Gnmi {
 namespace {
 
-namespace Model = OrvoViaSwitch::Domain::Model;
 using Request = gnmi::SubscribeRequest;
 using Response = gnmi::SubscribeResponse;
 
-constexpr std::size_t kMaxFileBytes = 1024 * 1024;
+constexpr std::size_t kMaxFileBytes = std::size_t{1024} * 1024;
 
 // The value of a request's metadata entry, or empty.
 std::string Metadata(const grpc::CallbackServerContext* context, const char* key) {
@@ -48,8 +47,8 @@ struct StreamLink {
 };
 
 struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
-  Impl(const Settings& settings, Model::SwitchModelStore& store)
-      : settings(settings), store(store) {}
+  Impl(Settings settings, Model::SwitchModelStore& store)
+      : settings(std::move(settings)), store(store) {}
   ~Impl() override;
 
   grpc::ServerUnaryReactor* Capabilities(grpc::CallbackServerContext* context,

@@ -63,7 +63,8 @@ bool ReadBoundedFile(const std::string& path, std::size_t limit, std::string& co
                      std::string& error) {
   std::ifstream file(path, std::ios::binary);
   if (!file) {
-    error = path + ": " + std::strerror(errno);
+    char reason[128];
+    error = path + ": " + strerror_r(errno, reason, sizeof reason);
     return false;
   }
   contents.assign(limit + 1, '\0');

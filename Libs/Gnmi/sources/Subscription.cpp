@@ -41,7 +41,7 @@ grpc::Status SubscriptionCore::Start(const gnmi::SubscriptionList& list,
   const auto& leaves = Leaves();
   for (const auto& subscription : list.subscription()) {
     Selection selection;
-    const grpc::Status status = Select(list.prefix(), {&subscription.path()}, selection);
+    grpc::Status status = Select(list.prefix(), {&subscription.path()}, selection);
     if (!status.ok()) return status;
     all_.Merge(selection);
     if (mode_ != gnmi::SubscriptionList::STREAM) continue;
@@ -97,7 +97,7 @@ grpc::Status SubscriptionCore::Start(const gnmi::SubscriptionList& list,
 }
 
 void SubscriptionCore::SelectedItems(const Snapshot& snapshot, const Selection& selection,
-                                     std::vector<Item>& items) const {
+                                     std::vector<Item>& items) {
   for (const auto& entry : snapshot.entries) {
     if (selection.Matches(entry.leaf, snapshot.instances[entry.instance]->keys)) {
       items.push_back({&entry, nullptr, nullptr, nullptr});
@@ -105,7 +105,8 @@ void SubscriptionCore::SelectedItems(const Snapshot& snapshot, const Selection& 
   }
 }
 
-bool SubscriptionCore::Send(const Snapshot& snapshot, std::vector<Item> items, const Sink& sink) {
+bool SubscriptionCore::Send(const Snapshot& snapshot, const std::vector<Item>& items,
+                            const Sink& sink) {
   for (auto& notification : Notifications(snapshot, items, encoding_, snapshot.timestamp)) {
     gnmi::SubscribeResponse response;
     *response.mutable_update() = std::move(notification);
@@ -126,7 +127,7 @@ std::vector<Item> SubscriptionCore::Ordered(std::vector<Item> items) {
                                      : static_cast<const void*>(item.entry);
   };
   std::stable_sort(items.begin(), items.end(), [&](const Item& a, const Item& b) {
-    return rank(a) != rank(b) ? rank(a) < rank(b) : std::less<const void*>()(key(a), key(b));
+    return rank(a) != rank(b) ? rank(a) < rank(b) : std::less<>()(key(a), key(b));
   });
   items.erase(std::unique(items.begin(), items.end(),
                           [&](const Item& a, const Item& b) { return key(a) == key(b); }),
@@ -138,7 +139,7 @@ bool SubscriptionCore::Initial(const std::shared_ptr<const Snapshot>& snapshot, 
   if (!updatesOnly_) {
     std::vector<Item> items;
     SelectedItems(*snapshot, all_, items);
-    if (!Send(*snapshot, std::move(items), sink)) return false;
+    if (!Send(*snapshot, items, sink)) return false;
   }
   for (auto& entry : entries_) entry.lastSent = snapshot;
   gnmi::SubscribeResponse sync;

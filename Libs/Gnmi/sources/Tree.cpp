@@ -32,6 +32,9 @@ struct Walker {
   bool malformed = false;
   std::string why;
 
+  // The tree is a few levels deep and a path at most kMaxPathElems long: the
+  // recursion is bounded by both.
+  // NOLINTNEXTLINE(misc-no-recursion)
   void AddAll(const Tree::Node& node, std::vector<std::string>& keys) {
     if (node.leaf >= 0) selection.Add(static_cast<std::uint32_t>(node.leaf), keys);
     for (const auto& child : node.children) {
@@ -41,6 +44,7 @@ struct Walker {
     }
   }
 
+  // NOLINTNEXTLINE(misc-no-recursion)
   void Walk(const Tree::Node& node, std::size_t at, std::vector<std::string>& keys) {
     if (malformed) return;
     if (at == path.elems.size()) {

@@ -11,7 +11,7 @@ namespace Arq::Gnmi {
 
 std::unique_ptr<Users> Users::Load(const std::string& path, std::string& error) {
   std::string text;
-  if (!ReadBoundedFile(path, 1024 * 1024, text, error)) return nullptr;
+  if (!ReadBoundedFile(path, std::size_t{1024} * 1024, text, error)) return nullptr;
   auto users = FromText(text, error);
   if (!users) error = path + ": " + error;
   return users;

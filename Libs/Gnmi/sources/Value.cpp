@@ -14,7 +14,7 @@ void Quote(std::string& out, const std::string& text) {
       out += c;
     } else if (u < 0x20) {
       char escaped[8];
-      std::snprintf(escaped, sizeof escaped, "\\u%04x", u);
+      (void)std::snprintf(escaped, sizeof escaped, "\\u%04x", u);
       out += escaped;
     } else {
       out += c;

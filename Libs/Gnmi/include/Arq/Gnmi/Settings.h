@@ -28,7 +28,7 @@ struct Settings {
   int maxConcurrentStreams = 32;
   std::size_t maxSubscriptions = 16;
   int maxReceiveBytes = 256 * 1024;
-  std::size_t maxQueuedBytes = 4 * 1024 * 1024;
+  std::size_t maxQueuedBytes = std::size_t{4} * 1024 * 1024;
   // How long a stream whose queue overflowed may take to read what is in
   // flight before it is cancelled.
   int overflowGraceMs = 10000;

@@ -76,10 +76,10 @@ class SubscriptionCore {
     SteadyClock::time_point nextHeartbeat{};
     std::shared_ptr<const Snapshot> lastSent;
   };
-  bool Send(const Snapshot& snapshot, std::vector<Item> items, const Sink& sink);
+  bool Send(const Snapshot& snapshot, const std::vector<Item>& items, const Sink& sink);
   static std::vector<Item> Ordered(std::vector<Item> items);
-  void SelectedItems(const Snapshot& snapshot, const Selection& selection,
-                     std::vector<Item>& items) const;
+  static void SelectedItems(const Snapshot& snapshot, const Selection& selection,
+                            std::vector<Item>& items);
 
   gnmi::SubscriptionList::Mode mode_ = gnmi::SubscriptionList::STREAM;
   gnmi::Encoding encoding_ = gnmi::JSON_IETF;
