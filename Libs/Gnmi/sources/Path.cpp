@@ -8,9 +8,9 @@ bool Fail(std::string* error, const char* why) {
   return false;
 }
 
-void Escape(std::string& out, const std::string& text, bool inKey) {
+void Escape(std::string& out, const std::string& text) {
   for (const char c : text) {
-    if (c == '\\' || c == ']' || c == '[' || c == '/' || (inKey && c == '=')) out += '\\';
+    if (c == '\\' || c == ']' || c == '[' || c == '/' || c == '=') out += '\\';
     out += c;
   }
 }
@@ -71,12 +71,12 @@ std::string ToText(const Path& path) {
   std::string out;
   for (const auto& elem : path.elems) {
     out += '/';
-    Escape(out, elem.name, false);
+    Escape(out, elem.name);
     for (const auto& [key, value] : elem.keys) {
       out += '[';
-      Escape(out, key, true);
+      Escape(out, key);
       out += '=';
-      Escape(out, value, false);
+      Escape(out, value);
       out += ']';
     }
   }

@@ -104,6 +104,7 @@ TEST(GnmiPathTest, ParsesAndPrintsPaths) {
       {"interfaces/interface[name=*]", true, "/interfaces/interface[name=*]"},
       {"/a[x=1][y=\\]]", true, "/a[x=1][y=\\]]"},
       {"/", true, "/"},
+      {"\\=", true, "/\\="},
       {"/a//b", false, ""},
       {"/a/", false, ""},
       {"/a[x]", false, ""},
