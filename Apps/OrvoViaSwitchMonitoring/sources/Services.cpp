@@ -2,6 +2,10 @@
 
 #include <syslog.h>
 
+#include <net-snmp/net-snmp-config.h>
+#include <net-snmp/net-snmp-includes.h>
+
+#include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
 #include "Arq/Snmp/SnmpSubAgent.h"
@@ -45,7 +49,18 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   const std::string& output = parameters.redirectOutput;
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(
       Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "", SyslogThreshold);
+  // The gNMI listener runs beside the SNMP loop: a setting that cannot work
+  // costs one error line and the listener, never the daemon.
+  std::unique_ptr<Gnmi::GnmiServer> gnmi;
+  const auto gnmiSettings = Gnmi::Settings::FromEnvironment();
+  if (gnmiSettings.Enabled()) {
+    std::string error;
+    gnmi =
+        Gnmi::GnmiServer::Create(gnmiSettings, Monitoring::MonitoringProcessor::switchModel, error);
+    if (!gnmi) snmp_log(LOG_ERR, "gNMI server not started: %s\n", error.c_str());
+  }
   agent->Run();
+  gnmi.reset();
   agent.reset();
   // The collection thread is done before the end line, whatever the switch
   // does: a call in flight is cut short rather than waited for.

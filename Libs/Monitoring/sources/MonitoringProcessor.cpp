@@ -177,6 +177,7 @@ void MonitoringProcessor::Collect() {
     model = std::make_shared<OrvoViaSwitch::Domain::Model::SwitchModel>(*switchModel.Current());
     model->collection.interfacesCurrent = false;
   }
+  model->collection.collectedAtWall = now;
   PublishHealth(std::move(model));
 }
 

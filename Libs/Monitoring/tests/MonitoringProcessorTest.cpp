@@ -68,6 +68,22 @@ TEST(MonitoringProcessorTest, FirstCollectionComesOnePeriodAfterConstruction) {
   EXPECT_EQ(shared->lastValues, &MonitoringProcessor::monitoringValues);
 }
 
+// Each collection's model carries the wall-clock time it was made, the same
+// second as the health record's, and a later collection a later time.
+TEST(MonitoringProcessorTest, ModelCarriesTheCollectionWallClockTime) {
+  auto shared = std::make_shared<CountingCollector::Shared>();
+  const auto before = std::chrono::system_clock::now();
+  auto processor = Make(true, 0, shared);
+  ASSERT_TRUE(shared->WaitFor(3));
+  processor.reset();
+  const auto model = MonitoringProcessor::switchModel.Current();
+  const auto wall = model->collection.collectedAtWall;
+  EXPECT_GE(wall, before);
+  EXPECT_LE(wall, std::chrono::system_clock::now());
+  EXPECT_EQ(std::chrono::duration_cast<std::chrono::seconds>(wall.time_since_epoch()).count(),
+            model->collection.health.lastCollection);
+}
+
 // Disabled, a new period only wakes the thread; enabled again, it collects
 // at once and back to back, then waits the period (zero: continuously).
 TEST(MonitoringProcessorTest, EnablingCollectsTwiceBackToBackThenWaitsThePeriod) {

@@ -171,6 +171,9 @@ struct Collection {
   // with their link states unknown and their counters frozen.
   bool interfacesCurrent = true;
   Clock::time_point collectedAt{};
+  // The same moment on the wall clock (the epoch before the first
+  // collection): the time stamp of what the streaming views send.
+  std::chrono::system_clock::time_point collectedAtWall{};
 };
 
 struct SwitchModel {
