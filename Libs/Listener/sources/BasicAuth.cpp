@@ -56,6 +56,14 @@ BasicAuthUsers::BasicAuthUsers(std::map<std::string, std::string> users)
 
 BasicAuthUsers::BasicAuthUsers(const BasicAuthUsers& other) : hashes(other.hashes) {}
 
+BasicAuthUsers& BasicAuthUsers::operator=(const BasicAuthUsers& other) {
+  if (this == &other) return *this;
+  const std::lock_guard<std::mutex> lock(mutex);
+  hashes = other.hashes;
+  remembered.clear();
+  return *this;
+}
+
 BasicAuthUsers::Digest BasicAuthUsers::DigestOf(std::string_view user, std::string_view password,
                                                 const std::string& hash) {
   std::string text;

@@ -34,8 +34,14 @@ gnutls_datum_t Datum(const std::string& text) {
 }
 
 std::string ReadPem(const char* what, const std::string& path, std::string& text) {
+  if (path.empty()) return {};
   const std::string error = ReadBoundedFile(path, kMaxPemFileBytes, text);
   return error.empty() ? std::string() : std::string(what) + " " + path + ": " + error;
+}
+
+// The file a text came from, or "(inline)".
+std::string Origin(const char* what, const std::string& path) {
+  return std::string(what) + " " + (path.empty() ? std::string("(inline)") : path);
 }
 
 }  // namespace
@@ -56,12 +62,11 @@ std::string_view ClientAuthName(ClientAuth policy) {
   return {};
 }
 
-std::string LoadTlsMaterial(const std::string& certificateFile, const std::string& keyFile,
-                            const std::string& clientAuthoritiesFile, TlsMaterial& material) {
-  std::string error = ReadPem("cert_file", certificateFile, material.certificate);
-  if (error.empty()) error = ReadPem("key_file", keyFile, material.key);
-  if (error.empty() && !clientAuthoritiesFile.empty()) {
-    error = ReadPem("client_ca_file", clientAuthoritiesFile, material.clientAuthorities);
+std::string LoadTlsMaterial(const TlsFiles& files, TlsMaterial& material) {
+  std::string error = ReadPem("cert_file", files.certificate, material.certificate);
+  if (error.empty()) error = ReadPem("key_file", files.key, material.key);
+  if (error.empty()) {
+    error = ReadPem("client_ca_file", files.clientAuthorities, material.clientAuthorities);
   }
   if (!error.empty()) return error;
 
@@ -75,14 +80,14 @@ std::string LoadTlsMaterial(const std::string& certificateFile, const std::strin
   int status = gnutls_certificate_set_x509_key_mem2(raw, &certificate, &key, GNUTLS_X509_FMT_PEM,
                                                     nullptr, 0);
   if (status < 0) {
-    return "cert_file " + certificateFile + " and key_file " + keyFile +
+    return Origin("cert_file", files.certificate) + " and " + Origin("key_file", files.key) +
            ": not a PEM certificate chain and its private key (" + gnutls_strerror(status) + ")";
   }
   if (!material.clientAuthorities.empty()) {
     const gnutls_datum_t authorities = Datum(material.clientAuthorities);
     status = gnutls_certificate_set_x509_trust_mem(raw, &authorities, GNUTLS_X509_FMT_PEM);
     if (status <= 0) {
-      return "client_ca_file " + clientAuthoritiesFile + ": no PEM certificate in it" +
+      return Origin("client_ca_file", files.clientAuthorities) + ": no PEM certificate in it" +
              (status < 0 ? std::string(" (") + gnutls_strerror(status) + ")" : std::string());
     }
   }

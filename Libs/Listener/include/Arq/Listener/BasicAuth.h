@@ -32,8 +32,10 @@ class BasicAuthUsers {
 
   BasicAuthUsers() = default;
   explicit BasicAuthUsers(std::map<std::string, std::string> hashes);
+  // A copy takes the users, not what the original remembers.
   BasicAuthUsers(const BasicAuthUsers& other);
-  BasicAuthUsers& operator=(const BasicAuthUsers&) = delete;
+  BasicAuthUsers& operator=(const BasicAuthUsers& other);
+  ~BasicAuthUsers() = default;
 
   bool Empty() const { return hashes.empty(); }
   bool Check(std::string_view user, std::string_view password);

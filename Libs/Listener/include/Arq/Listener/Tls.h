@@ -41,11 +41,18 @@ struct TlsMaterial {
   std::string clientAuthorities;
 };
 
+// Where the texts come from: a file each, or (an empty path) the text that
+// `material` already holds, as a configuration may give it inline.
+struct TlsFiles {
+  std::string certificate;
+  std::string key;
+  std::string clientAuthorities;
+};
+
 // Reads the files (each bounded by kMaxPemFileBytes) and checks that the key
 // belongs to the certificate and that the authorities parse, so that a wrong
 // file is refused at start with its reason rather than at each handshake.
 // Returns "" on success; else what is wrong, naming the file.
-std::string LoadTlsMaterial(const std::string& certificateFile, const std::string& keyFile,
-                            const std::string& clientAuthoritiesFile, TlsMaterial& material);
+std::string LoadTlsMaterial(const TlsFiles& files, TlsMaterial& material);
 
 }  // namespace Arq::Listener
