@@ -4,6 +4,7 @@
 
 #include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
+#include "Arq/OrvoViaSwitchMonitoring/MetricsEndpoint.h"
 #include "Arq/Snmp/SnmpSubAgent.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
@@ -45,7 +46,11 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   const std::string& output = parameters.redirectOutput;
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(
       Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "", SyslogThreshold);
+  // The Prometheus endpoint serves on threads of its own beside the SNMP
+  // loop, and stops before the collection does.
+  auto metrics = MetricsEndpoint::StartFromEnvironment();
   agent->Run();
+  metrics.reset();
   agent.reset();
   // The collection thread is done before the end line, whatever the switch
   // does: a call in flight is cut short rather than waited for.
