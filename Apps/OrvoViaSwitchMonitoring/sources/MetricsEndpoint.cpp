@@ -1,5 +1,7 @@
 #include "Arq/OrvoViaSwitchMonitoring/MetricsEndpoint.h"
 
+#include <malloc.h>
+
 #include <cstdlib>
 
 #include "Arq/Exposition/SwitchExposition.h"
@@ -12,6 +14,8 @@ namespace Arq::OrvoViaSwitchMonitoring {
 namespace {
 
 using arq::logging::ILogger;
+
+constexpr int kMmapThreshold = 256 * 1024;
 
 std::string Variable(const char* name) {
   const char* value = std::getenv(name);
@@ -38,6 +42,12 @@ std::unique_ptr<Exposition::MetricsServer> MetricsEndpoint::StartFromEnvironment
             "Prometheus endpoint off: " << kAddressVariable << " is not set");
     return nullptr;
   }
+  // A scrape is rendered into one buffer of most of a megabyte for a large
+  // switch. glibc's sliding mmap threshold would take such a buffer from the
+  // server thread's heap after the first one, and that heap keeps its top
+  // resident once freed: a fixed threshold maps every large buffer and
+  // unmaps it when freed, so that nothing of a scrape stays resident.
+  mallopt(M_MMAP_THRESHOLD, kMmapThreshold);
   std::string error;
   auto settings = Exposition::SettingsFor(address, Variable(kWebConfigVariable), error);
   std::unique_ptr<Exposition::MetricsServer> server;
