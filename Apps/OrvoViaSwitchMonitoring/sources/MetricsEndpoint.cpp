@@ -47,7 +47,8 @@ std::unique_ptr<Exposition::MetricsServer> MetricsEndpoint::StartFromEnvironment
   // server thread's heap after the first one, and that heap keeps its top
   // resident once freed: a fixed threshold maps every large buffer and
   // unmaps it when freed, so that nothing of a scrape stays resident.
-  mallopt(M_MMAP_THRESHOLD, kMmapThreshold);
+  // Set before the server thread exists; glibc takes the main arena's lock.
+  mallopt(M_MMAP_THRESHOLD, kMmapThreshold);  // NOLINT(concurrency-mt-unsafe)
   std::string error;
   auto settings = Exposition::SettingsFor(address, Variable(kWebConfigVariable), error);
   std::unique_ptr<Exposition::MetricsServer> server;

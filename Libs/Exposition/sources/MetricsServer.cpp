@@ -40,8 +40,9 @@ void Log(void* cls, const char* format, va_list arguments) {
   char text[512];
   va_list copy;
   va_copy(copy, arguments);
-  std::vsnprintf(text, sizeof text, format, copy);
+  const int written = std::vsnprintf(text, sizeof text, format, copy);
   va_end(copy);
+  if (written < 0) return;
   std::string line(text);
   while (!line.empty() && (line.back() == '\n' || line.back() == ' ')) line.pop_back();
   if (context->starting.load()) {

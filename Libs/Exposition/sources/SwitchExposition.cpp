@@ -71,7 +71,7 @@ std::uint64_t OperStatus(Model::LinkState link) {
   }
 }
 
-void Build(Writer& out, const BuildInfo& build) {
+void Build(ExpositionWriter& out, const BuildInfo& build) {
   out.Begin(Families::kBuildInfo);
   out.Sample(Labels().Add("version", build.version).Text(), std::uint64_t{1});
 }
@@ -80,7 +80,7 @@ std::uint64_t Count(std::int64_t value) {
   return value > 0 ? static_cast<std::uint64_t>(value) : 0;
 }
 
-void Collector(Writer& out, const Model::Collection& collection) {
+void Collector(ExpositionWriter& out, const Model::Collection& collection) {
   const Metrics::CollectorHealthMetric& health = collection.health;
   static constexpr std::pair<Metrics::CollectorState, const char*> kStates[] = {
       {Metrics::CollectorState::Ok, "ok"},
@@ -122,6 +122,7 @@ void Collector(Writer& out, const Model::Collection& collection) {
       {Metrics::CallOutcome::BadReply, "bad_reply"},
       {Metrics::CallOutcome::NotCalled, "not_called"}};
   std::vector<std::string> calls;
+  calls.reserve(Metrics::kCollectorCallCount);
   for (const char* name : Metrics::kCollectorCallNames)
     calls.push_back(Labels().Add("call", name).Text());
   out.Begin(Families::kCollectorCallOutcome);
@@ -137,7 +138,7 @@ void Collector(Writer& out, const Model::Collection& collection) {
   }
 }
 
-void PortStates(Writer& out, const std::vector<ServedPort>& ports) {
+void PortStates(ExpositionWriter& out, const std::vector<ServedPort>& ports) {
   out.Begin(Families::kPortAdminStatus);
   for (const auto& served : ports) {
     out.Sample(served.labels,
@@ -170,7 +171,7 @@ const std::array<std::vector<PortCounterFact>, kPortCounterFamilies.size()>& Fac
   return byFamily;
 }
 
-void PortCounters(Writer& out, const std::vector<ServedPort>& ports) {
+void PortCounters(ExpositionWriter& out, const std::vector<ServedPort>& ports) {
   const auto& byFamily = FactsByFamily();
   for (std::size_t f = 0; f < kPortCounterFamilies.size(); ++f) {
     const PortCounterFamily& family = kPortCounterFamilies[f];
@@ -188,7 +189,7 @@ void PortCounters(Writer& out, const std::vector<ServedPort>& ports) {
   }
 }
 
-void Lags(Writer& out, const Model::SwitchModel& model) {
+void Lags(ExpositionWriter& out, const Model::SwitchModel& model) {
   std::vector<const Model::Interface*> lags;
   for (const auto& interface : model.interfaces) {
     if (interface.type == Dto::IfType::BasicLag && interface.consistent) lags.push_back(&interface);
@@ -250,14 +251,14 @@ std::string IdText(const std::optional<Model::LldpId>& id, std::uint8_t macSubty
   if (!id) return {};
   if (id->subtype == macSubtype && id->id.size() == 6) return MacText(id->id);
   if (id->subtype == addressSubtype && !id->id.empty()) {
-    const std::string text =
+    std::string text =
         AddressText(static_cast<std::uint8_t>(id->id[0]), std::string_view(id->id).substr(1));
     if (!text.empty()) return text;
   }
   return id->id;
 }
 
-void Neighbours(Writer& out, const Model::SwitchModel& model) {
+void Neighbours(ExpositionWriter& out, const Model::SwitchModel& model) {
   out.Begin(Families::kLldpNeighbour);
   // Two neighbours that say the same on one port make one series, not a
   // duplicate that would fail the whole scrape.
@@ -280,7 +281,7 @@ void Neighbours(Writer& out, const Model::SwitchModel& model) {
   }
 }
 
-void Ptp(Writer& out, const Model::SwitchModel& model) {
+void Ptp(ExpositionWriter& out, const Model::SwitchModel& model) {
   // The first domain of a number counts, as in PTPBASE-MIB; a port once in it.
   struct Domain {
     std::string labels;
@@ -319,7 +320,7 @@ std::string Render(const Model::SwitchModel& model, const BuildInfo& build, Form
   std::string text;
   // About 140 bytes a sample, 45 samples a port, plus the rest.
   text.reserve(16384 + ports.size() * 45 * 140);
-  Writer out(format, text);
+  ExpositionWriter out(format, text);
   Build(out, build);
   Collector(out, model.collection);
   PortStates(out, ports);

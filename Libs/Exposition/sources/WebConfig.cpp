@@ -45,7 +45,9 @@ std::vector<std::pair<std::string, YAML::Node>> Members(
   for (const auto& member : node) {
     if (!member.first.IsScalar()) throw Refusal{where + ": a key is not a string"};
     const auto key = member.first.as<std::string>();
-    const std::string path = where.empty() ? key : where + "." + key;
+    std::string path = where;
+    if (!path.empty()) path += '.';
+    path += key;
     if (!seen.insert(key).second) throw Refusal{path + " is given twice"};
     if (known.size() != 0) {
       bool isKnown = false;

@@ -372,7 +372,7 @@ TEST(WriterTest, EscapesHelpPerFormatAndWritesNumbersExactly) {
       "# EOF\n"};
   for (const Format format : {Format::Text, Format::OpenMetrics}) {
     std::string out;
-    Writer writer(format, out);
+    ExpositionWriter writer(format, out);
     writer.Begin(kFamily);
     writer.Sample({}, {}, 0.25);
     writer.Sample("a=\"1\"", "b=\"2\"", std::uint64_t{18446744073709551615u});

@@ -51,8 +51,8 @@ bool PasswordMatches(std::string_view password, const std::string& hash) {
   return !computed.empty() && SameText(computed, hash);
 }
 
-BasicAuthUsers::BasicAuthUsers(std::map<std::string, std::string> users)
-    : hashes(users.begin(), users.end()) {}
+BasicAuthUsers::BasicAuthUsers(std::map<std::string, std::string> hashes)
+    : hashes(hashes.begin(), hashes.end()) {}
 
 BasicAuthUsers::BasicAuthUsers(const BasicAuthUsers& other) : hashes(other.hashes) {}
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "Arq/Exposition/Writer.h"
+#include "Arq/Exposition/ExpositionWriter.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
 #include "Arq/OrvoViaSwitch/Domain/Model/PortCounterFacts.def"
 
@@ -180,9 +180,11 @@ inline constexpr std::array kPortCounterFacts{ARQ_PORT_COUNTER_FACTS(ARQ_FACT)};
 namespace Checks {
 
 constexpr bool AllWellFormed() {
+  // NOLINTNEXTLINE(readability-use-anyofallof): std::all_of is constexpr from C++20 only
   for (const auto& family : Families::kAll) {
     if (!IsWellFormed(family)) return false;
   }
+  // NOLINTNEXTLINE(readability-use-anyofallof): as above
   for (const auto& counters : kPortCounterFamilies) {
     if (!IsWellFormed(counters.family)) return false;
   }
@@ -200,6 +202,7 @@ constexpr bool EveryCounterOnce() {
     ++used[fact.family];
     if (fact.value.empty() != kPortCounterFamilies[fact.family].label.empty()) return false;
   }
+  // NOLINTNEXTLINE(readability-use-anyofallof): as above
   for (const int count : used) {
     if (count == 0) return false;
   }

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "Arq/Exposition/Writer.h"
+#include "Arq/Exposition/ExpositionWriter.h"
 #include "Arq/Listener/BasicAuth.h"
 #include "Arq/Listener/Endpoint.h"
 #include "Arq/Listener/Limits.h"

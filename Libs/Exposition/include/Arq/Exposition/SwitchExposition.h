@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Arq/Exposition/Writer.h"
+#include "Arq/Exposition/ExpositionWriter.h"
 #include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
 
 namespace Arq::Exposition {

@@ -13,7 +13,7 @@ struct ConnectionLimits {
   unsigned connections = 16;
   unsigned connectionsPerAddress = 8;
   unsigned idleSeconds = 10;
-  std::size_t requestBytes = 16 * 1024;
+  std::size_t requestBytes = std::size_t{16} * 1024;
 };
 
 }  // namespace Arq::Listener

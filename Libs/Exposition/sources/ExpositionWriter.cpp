@@ -1,4 +1,4 @@
-#include "Arq/Exposition/Writer.h"
+#include "Arq/Exposition/ExpositionWriter.h"
 
 #include <charconv>
 #include <cmath>
@@ -169,7 +169,7 @@ Labels& Labels::Add(std::string_view name, std::string_view value) {
   return *this;
 }
 
-void Writer::Begin(const Family& family) {
+void ExpositionWriter::Begin(const Family& family) {
   name = family.name;
   const std::string_view familyName = FamilyName(family, format);
   const std::string_view type = family.type == MetricType::Counter ? "counter"
@@ -184,7 +184,7 @@ void Writer::Begin(const Family& family) {
   }
 }
 
-void Writer::Head(std::string_view labels, std::string_view more) {
+void ExpositionWriter::Head(std::string_view labels, std::string_view more) {
   out.append(name);
   if (labels.empty() && more.empty()) {
     out += ' ';
@@ -197,14 +197,14 @@ void Writer::Head(std::string_view labels, std::string_view more) {
   out += "} ";
 }
 
-void Writer::Sample(std::string_view labels, std::string_view more, std::uint64_t value) {
+void ExpositionWriter::Sample(std::string_view labels, std::string_view more, std::uint64_t value) {
   Head(labels, more);
   char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  auto* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
   out.append(digits, end).append("\n");
 }
 
-void Writer::Sample(std::string_view labels, std::string_view more, double value) {
+void ExpositionWriter::Sample(std::string_view labels, std::string_view more, double value) {
   Head(labels, more);
   if (std::isnan(value)) {
     out += "NaN\n";
@@ -216,14 +216,14 @@ void Writer::Sample(std::string_view labels, std::string_view more, double value
   }
   char digits[32];
   // Whole numbers as integers (exact below 2^53), others in their shortest form.
-  const auto end =
+  auto* const end =
       std::abs(value) < 9007199254740992.0 && value == std::trunc(value)
           ? std::to_chars(digits, digits + sizeof digits, static_cast<std::int64_t>(value)).ptr
           : std::to_chars(digits, digits + sizeof digits, value).ptr;
   out.append(digits, end).append("\n");
 }
 
-void Writer::Finish() {
+void ExpositionWriter::Finish() {
   if (format == Format::OpenMetrics) out += "# EOF\n";
 }
 

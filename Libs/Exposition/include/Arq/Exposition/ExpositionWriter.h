@@ -38,6 +38,7 @@ constexpr bool EndsWith(std::string_view text, std::string_view suffix) {
 }
 constexpr bool IsMetricName(std::string_view name) {
   if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
+  // NOLINTNEXTLINE(readability-use-anyofallof): std::all_of is constexpr from C++20 only
   for (const char c : name) {
     if (!((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_')) {
       return false;
@@ -85,9 +86,9 @@ class Labels {
 
 // Writes families and their samples in one format into `out`. Samples
 // follow the family they belong to; Finish ends the exposition.
-class Writer {
+class ExpositionWriter {
  public:
-  Writer(Format format, std::string& out) : format(format), out(out) {}
+  ExpositionWriter(Format format, std::string& out) : format(format), out(out) {}
 
   void Begin(const Family& family);
   // A sample of the family begun last, its labels in one or two parts
