@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <json/json.h>
-#include <signal.h>
 
 #include <cmath>
 #include <fstream>
@@ -25,16 +24,14 @@ using namespace std::chrono_literals;
 Json::Value ParseJson(const std::string& text) {
   Json::Value value;
   std::istringstream in(text);
-  Json::CharReaderBuilder builder;
   std::string errors;
-  if (!Json::parseFromStream(builder, in, &value, &errors)) return Json::Value();
-  return value;
+  return Json::parseFromStream(Json::CharReaderBuilder(), in, &value, &errors) ? value
+                                                                               : Json::Value();
 }
 
 // The daemon fed by the simulator's full-capacity switch, its endpoint scraped
 // every second by Debian's Prometheus, started privately (its own folder for
-// configuration and storage, a free port on 127.0.0.1), with the shipped
-// native alert rules.
+// configuration and storage, a free port on 127.0.0.1).
 class NativePrometheusTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -50,8 +47,6 @@ class NativePrometheusTest : public testing::Test {
     Arq::TestSupport::WriteFile(
         setup.Dir().File("prometheus.yml"),
         "global:\n  scrape_interval: 1s\n  evaluation_interval: 1s\n"
-        "rule_files:\n  - " ARQ_SOURCE_DIR
-        "/etc/prometheus/orvovia-native-alerts.yml\n"
         "scrape_configs:\n  - job_name: orvovia-switch-native\n    static_configs:\n"
         "      - targets: ['127.0.0.1:" +
             std::to_string(endpoint) + "']\n");
@@ -62,13 +57,6 @@ class NativePrometheusTest : public testing::Test {
             "--web.listen-address=127.0.0.1:" + std::to_string(web), "--log.level=warn"},
         std::map<std::string, std::string>{}, setup.Dir().File("prometheus.out"));
   }
-  void TearDown() override {
-    if (prometheus) {
-      prometheus->Signal(SIGTERM);
-      if (!prometheus->WaitExit(10s)) prometheus->Signal(SIGKILL);
-    }
-  }
-
   // The result vector of an instant query, by the value of `label`.
   std::map<std::string, double> Query(const std::string& promql, const std::string& label) {
     const auto result =
@@ -133,20 +121,6 @@ TEST_F(NativePrometheusTest, RatesPrometheusComputesMatchTheSimulatorsAndTheScra
     }
   }
   std::cout << "largest departure of a rate from the simulator's: " << worst * 100 << " %\n";
-
-  // The shipped rules load and evaluate.
-  const auto rules = RunCommand({"curl", "-sS", "--max-time", "10",
-                                 "http://127.0.0.1:" + std::to_string(web) + "/api/v1/rules"},
-                                {}, 15s);
-  std::size_t evaluated = 0;
-  const Json::Value groups = ParseJson(rules.output)["data"]["groups"];
-  for (const auto& group : groups) {
-    for (const auto& rule : group["rules"]) {
-      EXPECT_EQ(rule["health"].asString(), "ok") << rule["name"].asString();
-      evaluated += rule["health"].asString() == "ok";
-    }
-  }
-  EXPECT_EQ(evaluated, 8u);
 
   // promtool's lint of a real scrape finds one thing only: IF-MIB's label
   // names (ifIndex, ifName, ifAlias) are not snake_case, on the port families.

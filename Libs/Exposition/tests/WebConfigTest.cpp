@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "Arq/Exposition/WebConfig.h"
 #include "Arq/TestSupport/Certificates.h"
 #include "Arq/TestSupport/TempDir.h"
@@ -44,55 +42,32 @@ std::string Block(const std::string& pem) {
 TEST_F(WebConfigTest, LoadsWhatExportersAccept) {
   const std::string server =
       "tls_server_config:\n  cert_file: server.pem\n  key_file: server.key\n";
+  const std::string pem = ReadFile(File("server.pem")), ca = ReadFile(File("ca.pem"));
   struct Case {
     std::string text;
-    std::function<void(const WebConfig&, const Arq::Listener::TlsMaterial&)> check;
+    bool tls;
+    ClientAuth policy;
+    std::string priorities, certificate, authorities;
+    std::size_t users, headers;
   };
   const Case cases[] = {
-      {"",
-       [](const WebConfig& c, const auto&) {
-         EXPECT_FALSE(c.tls);
-         EXPECT_TRUE(c.users.empty());
-       }},
+      {"", false, ClientAuth::NoClientCert, "", "", "", 0, 0},
       {std::string("basic_auth_users:\n  prometheus: ") + kHash + "\n  ops: '" + kHash + "'\n",
-       [](const WebConfig& c, const auto&) {
-         EXPECT_FALSE(c.tls);
-         EXPECT_EQ(c.users.size(), 2u);
-         EXPECT_EQ(c.users.at("ops"), kHash);
-       }},
+       false, ClientAuth::NoClientCert, "", "", "", 2, 0},
       // Relative paths start at the file's folder.
-      {server,
-       [](const WebConfig& c, const auto& m) {
-         EXPECT_TRUE(c.tls);
-         EXPECT_EQ(c.certFile, File("server.pem"));
-         EXPECT_EQ(c.clientAuth, ClientAuth::NoClientCert);
-         EXPECT_EQ(c.priorities, kBothVersions);
-         EXPECT_EQ(m.certificate, ReadFile(File("server.pem")));
-         EXPECT_EQ(m.key, ReadFile(File("server.key")));
-         EXPECT_EQ(m.clientAuthorities, "");
-       }},
+      {server, true, ClientAuth::NoClientCert, kBothVersions, pem, "", 0, 0},
       {server + "  client_auth_type: RequireAndVerifyClientCert\n  client_ca_file: " +
            File("ca.pem") + "\n  min_version: TLS13\n  prefer_server_cipher_suites: false\n" +
            "  cipher_suites: []\nhttp_server_config:\n  http2: false\n  headers:\n" +
            "    X-Frame-Options: deny\n    Strict-Transport-Security: max-age=3600\n",
-       [](const WebConfig& c, const auto& m) {
-         EXPECT_EQ(c.clientAuth, ClientAuth::RequireAndVerifyClientCert);
-         EXPECT_EQ(c.priorities, "NORMAL:-VERS-ALL:+VERS-TLS1.3");
-         EXPECT_EQ(m.clientAuthorities, ReadFile(File("ca.pem")));
-         ASSERT_EQ(c.headers.size(), 2u);
-         EXPECT_EQ(c.headers[1].first + ": " + c.headers[1].second,
-                   "Strict-Transport-Security: max-age=3600");
-       }},
-      {"tls_server_config:\n  cert: " + Block(ReadFile(File("server.pem"))) +
+       true, ClientAuth::RequireAndVerifyClientCert, "NORMAL:-VERS-ALL:+VERS-TLS1.3", pem, ca, 0,
+       2},
+      {"tls_server_config:\n  cert: " + Block(pem) +
            "  key_file: server.key\n  client_auth_type: RequireAnyClientCert\n",
-       [](const WebConfig& c, const auto& m) {
-         EXPECT_TRUE(c.tls);
-         EXPECT_EQ(c.clientAuth, ClientAuth::RequireAnyClientCert);
-         EXPECT_EQ(m.certificate, ReadFile(File("server.pem")));
-       }},
+       true, ClientAuth::RequireAnyClientCert, kBothVersions, pem, "", 0, 0},
       // No certificate and no key: no TLS, as the toolkit serves then.
-      {"tls_server_config:\n  min_version: TLS12\n",
-       [](const WebConfig& c, const auto&) { EXPECT_FALSE(c.tls); }},
+      {"tls_server_config:\n  min_version: TLS12\n", false, ClientAuth::NoClientCert, kBothVersions,
+       "", "", 0, 0},
   };
   for (const auto& c : cases) {
     WriteFile(File("web.yml"), c.text);
@@ -100,7 +75,14 @@ TEST_F(WebConfigTest, LoadsWhatExportersAccept) {
     Arq::Listener::TlsMaterial material;
     const auto config = LoadWebConfig(File("web.yml"), material, error);
     ASSERT_TRUE(config) << c.text << "\n" << error;
-    c.check(*config, material);
+    EXPECT_EQ(config->tls, c.tls) << c.text;
+    EXPECT_EQ(config->clientAuth, c.policy) << c.text;
+    EXPECT_EQ(config->priorities, c.priorities) << c.text;
+    EXPECT_EQ(material.certificate, c.certificate) << c.text;
+    EXPECT_EQ(material.key, c.tls ? ReadFile(File("server.key")) : "") << c.text;
+    EXPECT_EQ(material.clientAuthorities, c.authorities) << c.text;
+    EXPECT_EQ(config->users.size(), c.users) << c.text;
+    EXPECT_EQ(config->headers.size(), c.headers) << c.text;
   }
 }
 
@@ -124,7 +106,6 @@ TEST_F(WebConfigTest, RefusesEachKindOfBadFileWithItsReason) {
       {server + "  client_auth_type: Always\n",
        "tls_server_config.client_auth_type 'Always' is not one of " + one},
       {"tls_server_config:\n  cert_file: server.pem\n", "tls_server_config: missing key_file"},
-      {"tls_server_config:\n  key_file: server.key\n", "tls_server_config: missing cert_file"},
       {"tls_server_config:\n  cert_file: missing.pem\n  key_file: server.key\n",
        "cert_file " + File("missing.pem") + ": cannot open: No such file or directory"},
       {"tls_server_config:\n  cert_file: server.pem\n  key_file: /\n",
@@ -147,15 +128,11 @@ TEST_F(WebConfigTest, RefusesEachKindOfBadFileWithItsReason) {
        "tls_server_config.min_version 'TLS1.2' is not one of TLS10, TLS11, TLS12, TLS13"},
       {server + "  cipher_suites: [TLS_AES_128_GCM_SHA256]\n",
        "tls_server_config.cipher_suites is not supported by this server*"},
-      {server + "  client_allowed_sans: [prometheus]\n",
-       "tls_server_config.client_allowed_sans is not supported by this server*"},
       {server + "  prefer_server_cipher_suites: maybe\n",
        "tls_server_config.prefer_server_cipher_suites is not true or false"},
       {"rate_limit:\n  interval: 1s\n  burst: 20\n", "rate_limit is not supported by this server*"},
       {"http_server_config:\n  headers:\n    X-Powered-By: me\n",
        "http_server_config.headers.X-Powered-By: this header cannot be set"},
-      {"http_server_config:\n  headers:\n    X-Frame-Options: allow\n",
-       "http_server_config.headers.X-Frame-Options is not deny or sameorigin"},
       {"basic_auth_users:\n  prometheus: secret\n",
        "basic_auth_users.prometheus is not a bcrypt (or other crypt) password hash"},
       {std::string("basic_auth_users:\n  'a:b': ") + kHash + "\n",

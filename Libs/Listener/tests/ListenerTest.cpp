@@ -6,7 +6,6 @@
 #include "Arq/Listener/BasicAuth.h"
 #include "Arq/Listener/Endpoint.h"
 #include "Arq/Listener/Files.h"
-#include "Arq/Listener/Tls.h"
 #include "Arq/TestSupport/TempDir.h"
 
 namespace {
@@ -21,25 +20,20 @@ TEST(EndpointTest, ParsesWhatTheEnvironmentVariableMayHold) {
   };
   const Case cases[] = {
       {"127.0.0.1:9132", "127.0.0.1:9132", true},
-      {"127.10.20.30:1", "127.10.20.30:1", true},
       {"localhost:65535", "127.0.0.1:65535", true},
       {"[::1]:9132", "[::1]:9132", true},
       {"[::ffff:127.0.0.1]:9132", "[::ffff:127.0.0.1]:9132", true},
       {"0.0.0.0:9132", "0.0.0.0:9132", false},
       {"192.0.2.7:9132", "192.0.2.7:9132", false},
-      {"[::]:9132", "[::]:9132", false},
       {"[2001:db8::1]:443", "[2001:db8::1]:443", false},
       {"127.0.0.1", "", false},
-      {"127.0.0.1:", "", false},
       {"127.0.0.1:0", "", false},
       {"127.0.0.1:65536", "", false},
       {"127.0.0.1:09132", "", false},
-      {"127.0.0.1:+9132", "", false},
       {"::1:9132", "", false},
       {"[127.0.0.1]:9132", "", false},
       {"switch.example:9132", "", false},
       {":9132", "", false},
-      {"", "", false},
   };
   for (const auto& c : cases) {
     std::string error;
@@ -77,19 +71,6 @@ TEST(FilesTest, ReadsSmallRegularFilesAndRefusesTheRest) {
     EXPECT_EQ(ReadBoundedFile(c.path, 10, content), c.error) << c.path;
     EXPECT_EQ(content, c.error.empty() ? "0123456789" : "") << c.path;
   }
-}
-
-TEST(ClientAuthTest, KnowsTheExporterToolkitPolicyNames) {
-  for (const char* name : {"NoClientCert", "RequestClientCert", "RequireAnyClientCert",
-                           "VerifyClientCertIfGiven", "RequireAndVerifyClientCert"}) {
-    const auto policy = ParseClientAuth(name);
-    ASSERT_TRUE(policy) << name;
-    EXPECT_EQ(ClientAuthName(*policy), name);
-  }
-  EXPECT_EQ(ParseClientAuth(""), ClientAuth::NoClientCert);
-  EXPECT_EQ(ParseClientAuth("RequireClientCert"), ClientAuth::RequireAnyClientCert);
-  EXPECT_FALSE(ParseClientAuth("requireandverifyclientcert"));
-  EXPECT_FALSE(ParseClientAuth("Verify"));
 }
 
 // The published bcrypt test vector, and hashes of "secret" made by Python's crypt.
