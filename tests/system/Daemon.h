@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -48,13 +49,17 @@ class DaemonSetup {
   void WriteOptions(const std::string& json) {
     std::ofstream(dir_.File("SwitchMonitoringOptions.json"), std::ios::trunc) << json;
   }
-  void StartDaemon(std::vector<std::string> arguments) {
+  // `environment` adds to the master's variables (ORVOVIA_METRICS_ADDRESS, ...).
+  void StartDaemon(std::vector<std::string> arguments,
+                   const std::map<std::string, std::string>& environment = {}) {
     arguments.insert(
         arguments.begin(),
         {ARQ_DAEMON_PATH, "logger_configurations_path:" + dir_.File("loggers.cfg"),
          "data_setup_folder:" + dir_.Path(), "options_filename:SwitchMonitoringOptions.json"});
+    auto variables = master_.Environment();
+    variables.insert(environment.begin(), environment.end());
     daemon_ = std::make_unique<TestSupport::ChildProcess>(
-        arguments, master_.Environment(), dir_.File("daemon.out"), dir_.File("daemon.err"));
+        arguments, variables, dir_.File("daemon.out"), dir_.File("daemon.err"));
   }
   std::string Stdout() const { return TestSupport::ReadFile(dir_.File("daemon.out")); }
   std::string Stderr() const { return TestSupport::ReadFile(dir_.File("daemon.err")); }

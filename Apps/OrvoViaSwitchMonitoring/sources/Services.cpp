@@ -8,6 +8,7 @@
 #include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/Logging/Loader/Loggers.h"
 #include "Arq/OrvoViaSwitchMonitoring/DynamicParametersUpdater.h"
+#include "Arq/OrvoViaSwitchMonitoring/MetricsEndpoint.h"
 #include "Arq/Snmp/SnmpSubAgent.h"
 
 namespace Arq::OrvoViaSwitchMonitoring {
@@ -49,8 +50,10 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   const std::string& output = parameters.redirectOutput;
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(
       Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "", SyslogThreshold);
-  // The gNMI listener runs beside the SNMP loop: a setting that cannot work
-  // costs one error line and the listener, never the daemon.
+  // The Prometheus endpoint and the gNMI listener serve on threads of their
+  // own beside the SNMP loop, and stop before the collection does: a setting
+  // that cannot work costs one error line and that listener, never the daemon.
+  auto metrics = MetricsEndpoint::StartFromEnvironment();
   std::unique_ptr<Gnmi::GnmiServer> gnmi;
   const auto gnmiSettings = Gnmi::Settings::FromEnvironment();
   if (gnmiSettings.Enabled()) {
@@ -61,6 +64,7 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   }
   agent->Run();
   gnmi.reset();
+  metrics.reset();
   agent.reset();
   // The collection thread is done before the end line, whatever the switch
   // does: a call in flight is cut short rather than waited for.
