@@ -20,7 +20,7 @@ void SwitchModelStore::Publish(std::shared_ptr<SwitchModel> model) {
 
 SwitchModelStore::Subscription SwitchModelStore::Subscribe(Observer observer) {
   const std::lock_guard<std::mutex> lock(observersMutex);
-  return Subscription(this, observers.insert(observers.end(), std::move(observer)));
+  return {this, observers.insert(observers.end(), std::move(observer))};
 }
 
 SwitchModelStore::Subscription::Subscription(Subscription&& other) noexcept
