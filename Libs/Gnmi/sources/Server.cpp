@@ -395,13 +395,11 @@ void GnmiServer::Impl::Publisher() {
   auto due = SteadyClock::time_point::max();
   for (;;) {
     std::vector<std::shared_ptr<StreamLink>> alive;
-    bool fresh = false;
     {
       std::unique_lock<std::mutex> lock(hubMutex);
       const auto next = std::min(due, SteadyClock::now() + std::chrono::seconds(1));
       wake.wait_until(lock, next, [&] { return stopping || published; });
       if (stopping) return;
-      fresh = published;
       published = false;
       for (auto it = links.begin(); it != links.end();) {
         if (auto link = it->lock()) {
@@ -415,7 +413,9 @@ void GnmiServer::Impl::Publisher() {
     const auto current = Current();
     const auto now = SteadyClock::now();
     std::optional<Changes> changes;
-    if (fresh && current != last) changes = Diff(*last, *current);
+    // Every snapshot not yet diffed is, whatever woke the thread: a periodic
+    // tick may find a model published before its observer call came.
+    if (current != last) changes = Diff(*last, *current);
     due = SteadyClock::time_point::max();
     for (const auto& link : alive) {
       std::lock_guard<std::mutex> lock(link->mutex);
