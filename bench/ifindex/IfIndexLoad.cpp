@@ -5,14 +5,14 @@
 #include <iostream>
 #include <string>
 
-#include "Standard/InterfaceIndex.h"
+#include "Arq/Monitoring/Model/InterfaceIndex.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::cerr << "usage: ArqIfIndexLoad <ifindex file>\n";
     return 2;
   }
-  Arq::Snmp::Standard::InterfaceIndex indexes(argv[1]);
+  Arq::Monitoring::InterfaceIndex indexes(argv[1]);
   const long index = indexes.Of("bench-new-name");
   indexes.EndRound(std::time(nullptr));
   std::ifstream status("/proc/self/status");

@@ -50,6 +50,11 @@ void RunServices(const std::shared_ptr<Monitoring::MonitoringProcessor>& process
   const std::string& output = parameters.redirectOutput;
   auto agent = std::make_unique<Snmp::SnmpSubAgent>(
       Snmp::SnmpSubAgent::IsStandardOutputOn(output) ? output : "", SyslogThreshold);
+  // The interface numbers that must survive restarts live where an agent
+  // keeps such state: Net-SNMP's persistent directory (/var/lib/snmp, or
+  // persistentDir / SNMP_PERSISTENT_DIR), known once the agent has read its
+  // configuration.
+  processor->KeepNumbersIn(get_persistent_directory());
   // The Prometheus endpoint and the gNMI listener serve on threads of their
   // own beside the SNMP loop, and stop before the collection does: a setting
   // that cannot work costs one error line and that listener, never the daemon.

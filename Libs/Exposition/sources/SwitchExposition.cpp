@@ -7,9 +7,6 @@
 #include <vector>
 
 #include "Arq/Exposition/Families.h"
-// IF-MIB's numbering of interfaces by their names, read as it is: the same
-// rule gives the same ifIndex here as in the SNMP views.
-#include "Standard/InterfaceIndex.h"
 
 namespace Arq::Exposition {
 namespace {
@@ -28,47 +25,30 @@ struct ServedPort {
   std::string labels;
 };
 
-std::string IfIndexText(const std::string& name) {
-  const long index = Snmp::Standard::InterfaceIndex::FromRule(name);
-  return index > 0 ? std::to_string(index) : std::string();
+// An ifIndex label: the number the collection gave, or empty for none.
+std::string IfIndexText(std::uint32_t ifIndex) {
+  return ifIndex > 0 ? std::to_string(ifIndex) : std::string();
 }
 
-// The ports of consistent Ethernet, PRS and LAG interfaces, each under the
-// first of them that lists it in that order of kinds (as IF-MIB serves them).
+// The ports the interface views serve, in ifIndex order, each under the
+// interface it is served under.
 std::vector<ServedPort> ServedPorts(const Model::SwitchModel& model) {
   std::vector<ServedPort> served;
-  std::vector<bool> seen(model.ports.size(), false);
-  for (const auto type : {Dto::IfType::Ethernet, Dto::IfType::BasicPrs, Dto::IfType::BasicLag}) {
-    for (const auto& interface : model.interfaces) {
-      if (interface.type != type || !interface.consistent) continue;
-      for (const std::size_t member : interface.members) {
-        if (member >= model.ports.size() || seen[member]) continue;
-        seen[member] = true;
-        const Model::Port& port = model.ports[member];
-        // ifAlias: the Ethernet interface's description; none for a member port.
-        const std::string& alias =
-            type == Dto::IfType::Ethernet ? interface.description : std::string();
-        served.push_back({&port, &interface,
-                          Labels()
-                              .Add("ifIndex", IfIndexText(port.name))
-                              .Add("ifName", port.name)
-                              .Add("ifAlias", alias)
-                              .Text()});
-      }
-    }
+  served.reserve(model.servedPorts.size());
+  for (const auto& entry : model.servedPorts) {
+    const Model::Port& port = model.ports[entry.port];
+    const Model::Interface& owner = model.interfaces[entry.owner];
+    // ifAlias: the Ethernet interface's description; none for a member port.
+    const std::string& alias =
+        owner.type == Dto::IfType::Ethernet ? owner.description : std::string();
+    served.push_back({&port, &owner,
+                      Labels()
+                          .Add("ifIndex", IfIndexText(port.ifIndex))
+                          .Add("ifName", port.name)
+                          .Add("ifAlias", alias)
+                          .Text()});
   }
   return served;
-}
-
-std::uint64_t OperStatus(Model::LinkState link) {
-  switch (link) {
-    case Model::LinkState::Up:
-      return 1;
-    case Model::LinkState::Down:
-      return 2;
-    default:
-      return 4;
-  }
 }
 
 void Build(ExpositionWriter& out, const BuildInfo& build) {
@@ -141,11 +121,11 @@ void Collector(ExpositionWriter& out, const Model::Collection& collection) {
 void PortStates(ExpositionWriter& out, const std::vector<ServedPort>& ports) {
   out.Begin(Families::kPortAdminStatus);
   for (const auto& served : ports) {
-    out.Sample(served.labels,
-               std::uint64_t{served.owner->status == Dto::IfStatus::Disabled ? 2u : 1u});
+    out.Sample(served.labels, std::uint64_t{Model::IfMibAdminStatus(*served.owner)});
   }
   out.Begin(Families::kPortOperStatus);
-  for (const auto& served : ports) out.Sample(served.labels, OperStatus(served.port->link));
+  for (const auto& served : ports)
+    out.Sample(served.labels, std::uint64_t{Model::IfMibOperStatus(served.port->link)});
   out.Begin(Families::kPortSpeed);
   for (const auto& served : ports) {
     const std::uint64_t mbps = Model::SpeedMbps(served.port->speed);
@@ -197,18 +177,19 @@ void Lags(ExpositionWriter& out, const Model::SwitchModel& model) {
   out.Begin(Families::kLagMember);
   for (const auto* lag : lags) {
     for (const std::size_t member : lag->members) {
-      const auto& name = model.ports[member].name;
+      const Model::Port& port = model.ports[member];
       out.Sample(Labels()
                      .Add("lag", lag->name)
-                     .Add("ifIndex", IfIndexText(name))
-                     .Add("ifName", name)
+                     .Add("ifIndex", IfIndexText(port.ifIndex))
+                     .Add("ifName", port.name)
                      .Text(),
                  std::uint64_t{1});
     }
   }
   out.Begin(Families::kLagOperStatus);
   for (const auto* lag : lags)
-    out.Sample(Labels().Add("lag", lag->name).Text(), OperStatus(lag->link));
+    out.Sample(Labels().Add("lag", lag->name).Text(),
+               std::uint64_t{Model::IfMibOperStatus(lag->link)});
   out.Begin(Families::kLagSpeed);
   for (const auto* lag : lags) {
     std::uint64_t mbps = 0;
@@ -267,7 +248,7 @@ void Neighbours(ExpositionWriter& out, const Model::SwitchModel& model) {
     const auto& management = neighbour.managementAddress;
     std::string labels =
         Labels()
-            .Add("ifIndex", IfIndexText(neighbour.localPort))
+            .Add("ifIndex", IfIndexText(neighbour.localIfIndex))
             .Add("ifName", neighbour.localPort)
             .Add("chassis_id", IdText(neighbour.chassisId, 4, 5))
             .Add("port_id", IdText(neighbour.portId, 3, 4))

@@ -7,6 +7,7 @@
 
 #include "Arq/Exposition/Families.h"
 #include "Arq/Exposition/SwitchExposition.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 
 namespace {
 
@@ -65,6 +66,7 @@ Model::SwitchModel SmallSwitch() {
   domain.ports = {"1/1", "3/1"};
   domain.slavePorts = {"1/1"};
   model.ptpDomains = {domain, domain};
+  Arq::Monitoring::Numbers("").Assign(model, 0);
   return model;
 }
 
@@ -244,13 +246,15 @@ TEST(ExpositionTest, EscapesHostileNamesAndRepairsUtf8) {
   model.neighbours[0].localPort = model.ports[0].name;
   model.neighbours[0].systemDescription = "tab\t\xc0\xaf";  // overlong
   model.neighbours[0].portId = Model::LldpId{5, "}\"} 1\n# EOF"};
+  // Numbered again: a name no rule places takes the first fallback ifIndex.
+  Arq::Monitoring::Numbers("").Assign(model, 0);
   const std::string bad = "\xef\xbf\xbd";  // U+FFFD
   const std::string name = R"(a\"b\\c\nd)" + bad + "\xc3\xa9" + bad + bad + bad;
   const auto lines = Lines(Render(model, {"2.2.23"}, Format::OpenMetrics), true);
   for (const std::string& line : {
-           R"(orvovia_port_oper_status{ifIndex="",ifName=")" + name +
+           R"(orvovia_port_oper_status{ifIndex="1000000",ifName=")" + name +
                R"(",ifAlias="\"quoted\" \\ line\nbreak )" + bad + bad + R"("} 2)",
-           R"(orvovia_lldp_neighbour_info{ifIndex="",ifName=")" + name +
+           R"(orvovia_lldp_neighbour_info{ifIndex="1000000",ifName=")" + name +
                R"(",chassis_id="02:a0:c9:00:00:01",port_id="}\"} 1\n# EOF",port_description="",)" +
                R"(system_name="core-1",system_description="tab)" + "\t" + bad + bad +
                R"(",management_address="10.0.0.1"} 1)",

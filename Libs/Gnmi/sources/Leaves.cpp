@@ -4,10 +4,13 @@
 // RMON-MIB objects of the same port are, so that both protocols give the same
 // numbers for the same collection.
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <string_view>
 
 #include "Arq/Gnmi/Schema.h"
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+#include "Arq/OrvoViaSwitch/Domain/Model/PortCounterFacts.def"
 
 namespace Arq::Gnmi {
 namespace {
@@ -378,16 +381,32 @@ Result HealthNumber(const View& v, const Instance&) {
 #define IF "/interfaces/interface[name=*]"
 #define ETH IF "/ethernet/state"
 #define NB "/lldp/interfaces/interface[name=*]/neighbors/neighbor[id=*]/state"
-#define COUNTER(leaf, counter) \
-  { IF "/state/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, Counter<counter> }
-#define ETH_COUNTER(leaf, counter) \
-  { ETH "/counters/" leaf, Kind::State, Cadence::Sample, Scope::Interface, PortCounter<counter> }
 #define IF_LEAF(leaf, kind, function) \
   { IF leaf, kind, Cadence::OnChange, Scope::Interface, function }
 #define COLLECTOR(leaf, cadence, function) \
   { "/orvovia-collector/state/" leaf, Kind::State, cadence, Scope::Root, function }
 
-const std::vector<LeafSpec> kLeaves = {
+// The leaves of each port counter, as the counter facts name them: each with
+// its full path, or nullptr where the counter has no such leaf.
+struct CounterLeaves {
+  const char* interfacePath;
+  const char* ethernetPath;
+  Result (*interfaceValue)(const View&, const Instance&);
+  Result (*ethernetValue)(const View&, const Instance&);
+};
+constexpr const char* PathIf(std::string_view leaf, const char* path) {
+  return leaf.empty() ? nullptr : path;
+}
+#define ARQ_COUNTER_LEAVES(...) ARQ_COUNTER_LEAVES_COLUMNS(__VA_ARGS__, ~)
+#define ARQ_COUNTER_LEAVES_COLUMNS(counter, family, value, interfaceLeaf, ethernetLeaf, ...)  \
+  CounterLeaves{PathIf(interfaceLeaf, IF "/state/counters/" interfaceLeaf),                   \
+                PathIf(ethernetLeaf, ETH "/counters/" ethernetLeaf), Counter<Index::counter>, \
+                PortCounter<Index::counter>},
+constexpr std::array kCounterLeaves{ARQ_PORT_COUNTER_FACTS(ARQ_COUNTER_LEAVES)};
+#undef ARQ_COUNTER_LEAVES_COLUMNS
+#undef ARQ_COUNTER_LEAVES
+
+const std::vector<LeafSpec> kFixedLeaves = {
     IF_LEAF("/name", Kind::Config, Name),
     IF_LEAF("/config/name", Kind::Config, Name),
     IF_LEAF("/config/type", Kind::Config, Type),
@@ -409,25 +428,14 @@ const std::vector<LeafSpec> kLeaves = {
     IF_LEAF("/state/oper-status", Kind::State, OperStatus),
     IF_LEAF("/state/last-change", Kind::State, LastChange),
     IF_LEAF("/state/hardware-port", Kind::State, HardwarePort),
-    COUNTER("in-octets", Index::NbOfGoodOctetsReceived),
     {IF "/state/counters/in-pkts", Kind::State, Cadence::Sample, Scope::Interface,
      Sum3<Index::NbOfGoodUnicastFrameReceived, Index::NbOfGoodPacketsMulticast,
           Index::NbOfGoodPacketsBroadcast>},
-    COUNTER("in-unicast-pkts", Index::NbOfGoodUnicastFrameReceived),
-    COUNTER("in-broadcast-pkts", Index::NbOfGoodPacketsBroadcast),
-    COUNTER("in-multicast-pkts", Index::NbOfGoodPacketsMulticast),
-    COUNTER("in-discards", Index::NbOfInternalDropPacketsBW),
     {IF "/state/counters/in-errors", Kind::State, Cadence::Sample, Scope::Interface,
      [](const View&, const Instance& i) -> Result { return Value::U64(InErrors(If(i))); }},
-    COUNTER("in-fcs-errors", Index::NbOfCrcErrorEvents),
-    COUNTER("out-octets", Index::NbOfGoodOctectsSent),
     {IF "/state/counters/out-pkts", Kind::State, Cadence::Sample, Scope::Interface,
      Sum3<Index::NbOfGoodUnicastFrameSent, Index::NbOfGoodMulticastPacketsSent,
           Index::NbOfGoodBroadcastPacketsSent>},
-    COUNTER("out-unicast-pkts", Index::NbOfGoodUnicastFrameSent),
-    COUNTER("out-broadcast-pkts", Index::NbOfGoodBroadcastPacketsSent),
-    COUNTER("out-multicast-pkts", Index::NbOfGoodMulticastPacketsSent),
-    COUNTER("out-discards", Index::NbOfFrameNotTransmitted),
     {IF "/state/counters/out-errors", Kind::State, Cadence::Sample, Scope::Interface,
      [](const View&, const Instance& i) -> Result {
        return Value::U64(Count(If(i), Index::NbOfPacketsDropDueCollision) +
@@ -438,20 +446,6 @@ const std::vector<LeafSpec> kLeaves = {
     {ETH "/negotiated-duplex-mode", Kind::State, Cadence::OnChange, Scope::Interface, Duplex},
     {ETH "/mac-address", Kind::State, Cadence::OnChange, Scope::Interface, MacAddress},
     {ETH "/aggregate-id", Kind::State, Cadence::OnChange, Scope::Interface, AggregateId},
-    ETH_COUNTER("in-mac-pause-frames", Index::NbOfGoodFlowControlFrameReceived),
-    ETH_COUNTER("out-mac-pause-frames", Index::NbOfGoodFlowControlFrameSent),
-    ETH_COUNTER("in-oversize-frames", Index::NbOfOversizedPacketsReceived),
-    ETH_COUNTER("in-undersize-frames", Index::NbOfPacketsSizeLess64BytesReceived),
-    ETH_COUNTER("in-jabber-frames", Index::NbOfJabberPacketsReceived),
-    ETH_COUNTER("in-fragment-frames", Index::NbOfFragmentedPacketsReceived),
-    ETH_COUNTER("in-crc-errors", Index::NbOfCrcErrorEvents),
-    ETH_COUNTER("in-mac-errors-rx", Index::NbOfReceivedErrorFromMac),
-    ETH_COUNTER("in-distribution/in-frames-64-octets", Index::NbOfGoodPackets64Bytes),
-    ETH_COUNTER("in-distribution/in-frames-65-127-octets", Index::NbOfGoodPackets65to127Bytes),
-    ETH_COUNTER("in-distribution/in-frames-128-255-octets", Index::NbOfGoodPackets128to255Bytes),
-    ETH_COUNTER("in-distribution/in-frames-256-511-octets", Index::NbOfGoodPackets256to511Bytes),
-    ETH_COUNTER("in-distribution/in-frames-512-1023-octets", Index::NbOfGoodPackets512to1023Bytes),
-    ETH_COUNTER("in-distribution/in-frames-1024-1518-octets", Index::NbOfGoodPackets1024toMaxBytes),
     {IF "/aggregation/state/lag-speed", Kind::State, Cadence::OnChange, Scope::Interface, LagSpeed},
     {IF "/aggregation/state/member", Kind::State, Cadence::OnChange, Scope::Interface, Members},
     {"/lldp/state/chassis-id", Kind::State, Cadence::OnChange, Scope::Root, LocalChassisId},
@@ -522,15 +516,27 @@ const std::vector<LeafSpec> kLeaves = {
 #undef IF
 #undef ETH
 #undef NB
-#undef COUNTER
-#undef ETH_COUNTER
 #undef IF_LEAF
 #undef COLLECTOR
 
 }  // namespace
 
 const std::vector<LeafSpec>& Leaves() {
-  return kLeaves;
+  static const std::vector<LeafSpec> leaves = [] {
+    std::vector<LeafSpec> all = kFixedLeaves;
+    for (const auto& counter : kCounterLeaves) {
+      if (counter.interfacePath != nullptr) {
+        all.push_back({counter.interfacePath, Kind::State, Cadence::Sample, Scope::Interface,
+                       counter.interfaceValue});
+      }
+      if (counter.ethernetPath != nullptr) {
+        all.push_back({counter.ethernetPath, Kind::State, Cadence::Sample, Scope::Interface,
+                       counter.ethernetValue});
+      }
+    }
+    return all;
+  }();
+  return leaves;
 }
 
 const std::vector<ModelInfo>& Models() {

@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "Arq/Gnmi/GnmiServer.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 #include "gnmi.grpc.pb.h"
 
 namespace {
@@ -31,6 +32,7 @@ std::shared_ptr<Model::SwitchModel> OnePort(Model::LinkState link) {
   eth.consistent = true;
   model->interfaces.push_back(eth);
   model->collection.collectedAtWall = std::chrono::system_clock::now();
+  Arq::Monitoring::Numbers("").Assign(*model, 0);
   return model;
 }
 

@@ -9,6 +9,7 @@
 #include "Arq/Gnmi/Settings.h"
 #include "Arq/Gnmi/Subscription.h"
 #include "Arq/Gnmi/Users.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 
 namespace {
 
@@ -61,6 +62,7 @@ std::shared_ptr<Model::SwitchModel> Fixture(std::uint64_t generation = 1) {
   }
   model->collection.collectedAtWall =
       std::chrono::system_clock::time_point(std::chrono::seconds(1700000000));
+  Arq::Monitoring::Numbers("").Assign(*model, 0);
   return model;
 }
 

@@ -178,7 +178,20 @@ void MonitoringProcessor::Collect() {
     model->collection.interfacesCurrent = false;
   }
   model->collection.collectedAtWall = now;
+  std::shared_ptr<Numbers> numbers;
+  {
+    const std::lock_guard<std::mutex> lock(numbersMutex_);
+    numbers = numbers_;
+  }
+  numbers->Assign(*model,
+                  std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count());
   PublishHealth(std::move(model));
+}
+
+void MonitoringProcessor::KeepNumbersIn(const std::string& folder) {
+  auto numbers = std::make_shared<Numbers>(folder);
+  const std::lock_guard<std::mutex> lock(numbersMutex_);
+  numbers_ = std::move(numbers);
 }
 
 }  // namespace Arq::Monitoring

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/TestSupport/TempDir.h"
 #include "Standard/InventoryViews.h"
 
@@ -110,12 +111,14 @@ class InventoryViewsTest : public testing::Test {
     Standard::InventoryViews();  // adds the projectors
   }
   std::map<std::string, Rows> Project(const Switch& built) {
-    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(built.model), numbers);
+    auto model = std::make_shared<Model::SwitchModel>(built.model);
+    numbers.Assign(*model, 0);
+    Standard::ProjectAll(model);
     return Walk();
   }
 
   Arq::TestSupport::TempDir dir;
-  Standard::Numbers numbers{dir.Path()};
+  Arq::Monitoring::Numbers numbers{dir.Path()};
 };
 
 // The small scenario's switch: two Ethernet interfaces, a PRS pair, a LAG of

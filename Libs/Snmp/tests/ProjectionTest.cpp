@@ -37,7 +37,8 @@ class ProjectionTest : public testing::Test {
   }
 
   void Project(Model::SwitchModel model) {
-    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)), numbers);
+    numbers.Assign(model, 0);
+    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)));
   }
 
   // The cell "<column>.<index arcs>" of a view as snmpwalk prints it, or
@@ -74,7 +75,7 @@ class ProjectionTest : public testing::Test {
     return text;
   }
 
-  Standard::Numbers numbers{""};
+  Arq::Monitoring::Numbers numbers{""};
 };
 
 Model::Port Port(const std::string& name, Dto::EthSpeed speed, Model::LinkState link,

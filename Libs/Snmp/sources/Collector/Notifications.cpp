@@ -114,7 +114,7 @@ void CheckLinks(const Model::SwitchModel& before) {
     }
     const bool isUp = link == Model::LinkState::Up;
     if ((was == Model::LinkState::Up) == isUp) continue;
-    SendLink(isUp, ifIndex, Standard::IfAdminStatus(*owner), Standard::IfOperStatus(link));
+    SendLink(isUp, ifIndex, Model::IfMibAdminStatus(*owner), Model::IfMibOperStatus(link));
   }
 }
 

@@ -162,8 +162,8 @@ void ProjectEntity(const ProjectionContext& context) {
   int subPortsLeft = 0;
   long position = 0;
   for (const auto& port : model.ports) {
-    const long ifIndex = context.numbers.ifIndex.Of(port.name);
-    if (!seen.insert(ifIndex).second) continue;
+    const long ifIndex = port.ifIndex;
+    if (ifIndex == 0 || !seen.insert(ifIndex).second) continue;
     PhysicalRow row;
     row.index = {static_cast<oid>(ifIndex)};
     row.descr = Truncate("Ethernet port " + port.name);

@@ -180,8 +180,8 @@ IfRow PortRow(const ServedPort& served, const ProjectionContext& context) {
   if (served.owner->type == Dto::IfType::Ethernet && served.owner->mac) {
     row.physAddress = MacOctets(*served.owner->mac);
   }
-  row.adminStatus = IfAdminStatus(*served.owner);
-  row.operStatus = IfOperStatus(port.link);
+  row.adminStatus = Model::IfMibAdminStatus(*served.owner);
+  row.operStatus = Model::IfMibOperStatus(port.link);
   row.speedMbps = Model::SpeedMbps(port.speed);
   row.counters = port.counters;
   row.lastChange = context.TicksAt(port.linkChanged);
@@ -201,8 +201,8 @@ IfRow AggregateRow(const ServedAggregate& served, const ProjectionContext& conte
   row.alias = Truncate(interface.description, kIfAliasSize);
   if (interface.mac) row.physAddress = MacOctets(*interface.mac);
   row.type = lag ? kIeee8023adLag : kPropVirtual;
-  row.adminStatus = IfAdminStatus(interface);
-  row.operStatus = IfOperStatus(interface.link);
+  row.adminStatus = Model::IfMibAdminStatus(interface);
+  row.operStatus = Model::IfMibOperStatus(interface.link);
   row.connector = false;
   Model::Clock::time_point discontinuity{};
   for (const std::size_t member : interface.members) {

@@ -156,8 +156,7 @@ void ProjectRemote(const ProjectionContext& context) {
   std::vector<ManagementRow> managementRows;
   for (const auto& neighbour : context.model.neighbours) {
     RemoteRow& row = rows.emplace_back();
-    row.index = {0, static_cast<oid>(context.numbers.ifIndex.Of(neighbour.localPort)),
-                 static_cast<oid>(neighbour.position)};
+    row.index = {0, static_cast<oid>(neighbour.localIfIndex), static_cast<oid>(neighbour.position)};
     row.chassis = Identifier(neighbour.chassisId);
     row.port = Identifier(neighbour.portId);
     row.portDesc = Display(neighbour.portDescription);

@@ -1,9 +1,6 @@
 #include "Projection.h"
 
 #include <algorithm>
-#include <ctime>
-#include <set>
-#include <tuple>
 
 #include "Arq/Monitoring/MonitoringProcessor.h"
 
@@ -22,57 +19,22 @@ State& Projections() {
   return state;
 }
 
-InterfaceLayout Layout(const Model::SwitchModel& model, Numbers& numbers) {
-  InterfaceIndex& indexes = numbers.ifIndex;
+// The model's served interfaces, with their numbers, as the views read them.
+InterfaceLayout Layout(const Model::SwitchModel& model) {
   InterfaceLayout layout;
-  std::set<long> seen;
-  const auto addPort = [&](std::size_t member, const Model::Interface& owner) -> long {
-    const Model::Port& port = model.ports[member];
-    const long ifIndex = indexes.Of(port.name);
-    if (ifIndex > 0 && seen.insert(ifIndex).second) {
-      layout.ports.push_back({ifIndex, &port, &owner});
-    }
-    return ifIndex;
-  };
-  // Ethernet interfaces first, then PRS, then LAGs: a port listed twice keeps
-  // the row of its first listing in that order.
-  for (const auto type :
-       {OrvoViaSwitch::Domain::Dto::IfType::Ethernet, OrvoViaSwitch::Domain::Dto::IfType::BasicPrs,
-        OrvoViaSwitch::Domain::Dto::IfType::BasicLag}) {
-    for (const auto& interface : model.interfaces) {
-      if (interface.type != type || !interface.consistent) continue;
-      if (type == OrvoViaSwitch::Domain::Dto::IfType::Ethernet) {
-        addPort(interface.members.front(), interface);
-        continue;
-      }
-      ServedAggregate aggregate{indexes.Of(interface.name), &interface, {}};
-      for (const std::size_t member : interface.members) {
-        const long ifIndex = addPort(member, interface);
-        if (ifIndex > 0) aggregate.members.push_back(ifIndex);
-      }
-      if (aggregate.ifIndex > 0 && seen.insert(aggregate.ifIndex).second) {
-        layout.aggregates.push_back(std::move(aggregate));
-      }
-    }
+  layout.ports.reserve(model.servedPorts.size());
+  for (const auto& served : model.servedPorts) {
+    const Model::Port& port = model.ports[served.port];
+    layout.ports.push_back(
+        {port.ifIndex, &port, &model.interfaces[served.owner], port.portNumber, port.bridgePort});
   }
-  const auto byIndex = [](const auto& a, const auto& b) { return a.ifIndex < b.ifIndex; };
-  std::sort(layout.ports.begin(), layout.ports.end(), byIndex);
-  std::sort(layout.aggregates.begin(), layout.aggregates.end(), byIndex);
-  // Port numbers, and bridge ports (the port of each Ethernet interface, each
-  // LAG and PRS interface), in ifIndex order, which numbers them at first sight.
-  std::vector<std::tuple<long, const std::string*, long*>> bridged;
-  for (auto& served : layout.ports) {
-    served.portNumber = numbers.PortNumber(served.port->name);
-    if (served.owner->type == OrvoViaSwitch::Domain::Dto::IfType::Ethernet) {
-      bridged.emplace_back(served.ifIndex, &served.port->name, &served.bridgePort);
+  for (const auto& served : model.servedAggregates) {
+    const Model::Interface& interface = model.interfaces[served.interface];
+    ServedAggregate aggregate{interface.ifIndex, &interface, {}, interface.bridgePort};
+    for (const std::size_t member : served.members) {
+      aggregate.members.push_back(model.ports[member].ifIndex);
     }
-  }
-  for (auto& aggregate : layout.aggregates) {
-    bridged.emplace_back(aggregate.ifIndex, &aggregate.interface->name, &aggregate.bridgePort);
-  }
-  std::sort(bridged.begin(), bridged.end());
-  for (const auto& [ifIndex, name, bridgePort] : bridged) {
-    *bridgePort = numbers.bridgePorts.Of(*name);
+    layout.aggregates.push_back(std::move(aggregate));
   }
   return layout;
 }
@@ -109,27 +71,19 @@ void AddProjector(Projector projector) {
   Projections().projectors.push_back(projector);
 }
 
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, Numbers& numbers) {
+void ProjectAll(std::shared_ptr<const Model::SwitchModel> model) {
   State& state = Projections();
   state.model = std::move(model);
   state.generation = state.model->generation;
-  state.layout = Layout(*state.model, numbers);
-  // Every other name the views number (the neighbours' local ports, and every
-  // port ENTITY-MIB lists, served in IF-MIB or not), before the round ends,
-  // so that the files record (and keep) every number a view uses and forget
-  // only what has long been gone.
-  for (const auto& neighbour : state.model->neighbours) numbers.ifIndex.Of(neighbour.localPort);
-  for (const auto& port : state.model->ports) numbers.ifIndex.Of(port.name);
-  numbers.EndRound(static_cast<std::int64_t>(std::time(nullptr)));
-  const ProjectionContext context{*state.model, state.layout, numbers, Model::Clock::now(),
-                                  UptimeTicks()};
+  state.layout = Layout(*state.model);
+  const ProjectionContext context{*state.model, state.layout, Model::Clock::now(), UptimeTicks()};
   for (const Projector projector : state.projectors) projector(context);
 }
 
 void RefreshProjections() {
   const auto& store = Monitoring::MonitoringProcessor::switchModel;
   if (store.Generation() == Projections().generation) return;
-  ProjectAll(store.Current(), SharedNumbers());
+  ProjectAll(store.Current());
 }
 
 const std::shared_ptr<const Model::SwitchModel>& ProjectedModel() {
@@ -140,9 +94,6 @@ const InterfaceLayout& ProjectedLayout() {
   return Projections().layout;
 }
 
-// Where the fallback ifIndex values live: Net-SNMP's persistent directory
-// (/var/lib/snmp, or persistentDir / SNMP_PERSISTENT_DIR), the place an agent
-// keeps what must survive restarts.
 std::string Truncate(const std::string& text, std::size_t size) {
   if (text.size() <= size) return text;
   std::size_t end = size;
@@ -157,21 +108,6 @@ std::vector<oid> IfEntryCell(oid column, long ifIndex) {
   cell.push_back(column);
   cell.push_back(static_cast<oid>(ifIndex));
   return cell;
-}
-
-long IfAdminStatus(const Model::Interface& interface) {
-  return interface.status == OrvoViaSwitch::Domain::Dto::IfStatus::Disabled ? 2 : 1;
-}
-
-long IfOperStatus(Model::LinkState link) {
-  switch (link) {
-    case Model::LinkState::Up:
-      return 1;
-    case Model::LinkState::Down:
-      return 2;
-    default:
-      return 4;
-  }
 }
 
 void SetPortListBit(std::string& list, long port) {

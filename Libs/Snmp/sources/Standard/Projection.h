@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
-#include "Numbers.h"
 #include "SortedTable.h"
 
 namespace Arq::Snmp::Standard {
@@ -65,11 +64,6 @@ inline const std::vector<oid> kIfEntry{1, 3, 6, 1, 2, 1, 2, 2, 1};
 // ifEntry.<column>.<ifIndex>; column 1 (ifIndex.<n>) names an interface.
 std::vector<oid> IfEntryCell(oid column, long ifIndex);
 
-// IF-MIB's ifAdminStatus (up 1, down 2) and ifOperStatus (up 1, down 2,
-// unknown 4) of the model's states.
-long IfAdminStatus(const Model::Interface& interface);
-long IfOperStatus(Model::LinkState link);
-
 // A PortList (Q-BRIDGE-MIB, IEEE8023-LAG-MIB, LLDP-MIB): one bit per port,
 // port 1 the first octet's high bit. SetPortListBit grows the list to the
 // port's octet; PortList is the shortest list of the ports from 1 to
@@ -87,7 +81,6 @@ std::string IfAlias(const ServedPort& served);
 struct ProjectionContext {
   const Model::SwitchModel& model;
   const InterfaceLayout& layout;
-  Numbers& numbers;
   // The agent's sysUpTime at a steady-clock time (0 for the epoch of the
   // clock, "never", and for times before the agent started).
   std::uint64_t TicksAt(Model::Clock::time_point when) const;
@@ -106,8 +99,9 @@ void AddProjector(Projector projector);
 void RefreshProjections();
 
 // Runs every projector over `model` now (the in-process tests' entry, and
-// what RefreshProjections does with the published model).
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model, Numbers& numbers);
+// what RefreshProjections does with the published model). The model holds
+// its numbers (the collection thread numbered it before publishing it).
+void ProjectAll(std::shared_ptr<const Model::SwitchModel> model);
 
 // The model the views were last projected from, and its interface layout.
 const std::shared_ptr<const Model::SwitchModel>& ProjectedModel();

@@ -139,8 +139,4 @@ class View {
   std::vector<ComponentEntry> components_;
 };
 
-// The ifindex leaf: the port and LAG/PRS numbering of the switch's names
-// ("1/1" is 1001, "lag3" 100003, "prs2" 200002), 0 for any other name.
-std::uint32_t IfIndexFromName(const std::string& name);
-
 }  // namespace Arq::Gnmi

@@ -4,10 +4,12 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #include "Arq/Monitoring/IMonitoringCollector.h"
 #include "Arq/Monitoring/IMonitoringProcessorConfigurator.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/OrvoViaSwitch/Domain/Model/SwitchModelStore.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
 #include "Arq/Worker/StoppableWorker.h"
@@ -37,6 +39,10 @@ class MonitoringProcessor final : public Worker::StoppableWorker,
   bool IsCollectMetrics() override;
   void SetCollectMetricsPeriod(int seconds) override;
   int GetCollectMetricsPeriod() override;
+  // Keeps the interface numbers (fallback ifIndex values, port numbers,
+  // bridge ports) in files of `folder` from the next collection on; until
+  // then, and with an empty folder, they are kept in memory only.
+  void KeepNumbersIn(const std::string& folder);
 
   // The one values set of the process, shared with the SNMP handlers.
   static OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s monitoringValues;
@@ -64,6 +70,10 @@ class MonitoringProcessor final : public Worker::StoppableWorker,
   std::condition_variable wakeCondition_;
   bool wake_ = false;
   std::mutex stopMutex_;
+  // Numbers every model the collection thread publishes; replaced whole by
+  // KeepNumbersIn.
+  std::mutex numbersMutex_;
+  std::shared_ptr<Numbers> numbers_ = std::make_shared<Numbers>("");
   // The collector's health, kept and published by the collection thread only.
   OrvoViaSwitch::Domain::Dto::Metrics::CollectorHealthMetric health_;
 };

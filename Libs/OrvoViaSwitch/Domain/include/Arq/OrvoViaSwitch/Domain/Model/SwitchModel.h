@@ -64,6 +64,12 @@ struct Port {
   Clock::time_point linkChanged{};
   // When a counter last went backwards (the switch restarted or cleared it).
   Clock::time_point counterDiscontinuity{};
+  // Its numbers in every view (0: none), given by the interface numbering
+  // before the model is published: its ifIndex; its port number (RMON row,
+  // LAG actor port); its bridge port, when it is an Ethernet interface's.
+  std::uint32_t ifIndex = 0;
+  std::uint32_t portNumber = 0;
+  std::uint32_t bridgePort = 0;
 };
 
 // One interface of the switch (an Ethernet interface over one port, a PRS
@@ -87,6 +93,26 @@ struct Interface {
   // every member is down, else unknown; when it last changed.
   LinkState link = LinkState::Unknown;
   Clock::time_point linkChanged{};
+  // A LAG or PRS interface's own ifIndex and bridge port (0: none; an
+  // Ethernet interface is served as its port).
+  std::uint32_t ifIndex = 0;
+  std::uint32_t bridgePort = 0;
+};
+
+// A port as the interface views serve it (IF-MIB, gNMI, Prometheus): the
+// ports of the consistent Ethernet, PRS and LAG interfaces, in that order of
+// kinds, a port listed twice keeping its first listing; indexes into
+// SwitchModel::ports and SwitchModel::interfaces.
+struct ServedPort {
+  std::size_t port = 0;
+  std::size_t owner = 0;
+};
+
+// A consistent LAG or PRS interface as the interface views serve it, with
+// its members that are served (indexes into SwitchModel::ports).
+struct ServedAggregate {
+  std::size_t interface = 0;
+  std::vector<std::size_t> members;
 };
 
 // An LLDP identifier with its subtype (Chassis ID and Port ID TLVs).
@@ -136,6 +162,7 @@ struct LldpNeighbour {
   std::optional<std::uint16_t> capabilitiesEnabled;
   std::optional<LldpManagementAddress> managementAddress;
   std::optional<std::uint16_t> ttl;
+  std::uint32_t localIfIndex = 0;  // the local port's ifIndex (0: none)
 };
 
 // How the neighbour list changed since the daemon started, counted from one
@@ -182,6 +209,10 @@ struct SwitchModel {
   std::uint64_t generation = 0;
   std::vector<Port> ports;            // in the order the interfaces list them
   std::vector<Interface> interfaces;  // in the switch's list order
+  // The interfaces every interface view serves, each list by ifIndex; filled
+  // with the numbers above before the model is published.
+  std::vector<ServedPort> servedPorts;
+  std::vector<ServedAggregate> servedAggregates;
   LldpLocal lldpLocal;
   std::vector<LldpNeighbour> neighbours;  // in the switch's order
   LldpStatistics lldpStatistics;
@@ -194,6 +225,23 @@ struct SwitchModel {
   const Port* FindPort(const std::string& name) const;
   const Interface* FindInterface(const std::string& name) const;
 };
+
+// The IF-MIB codes of a state, which every view that shows one as a number
+// uses: ifAdminStatus (up 1, down 2: a disabled interface is down) and
+// ifOperStatus (up 1, down 2, unknown 4).
+inline std::uint32_t IfMibAdminStatus(const Interface& interface) {
+  return interface.status == Dto::IfStatus::Disabled ? 2 : 1;
+}
+inline std::uint32_t IfMibOperStatus(LinkState link) {
+  switch (link) {
+    case LinkState::Up:
+      return 1;
+    case LinkState::Down:
+      return 2;
+    default:
+      return 4;
+  }
+}
 
 // Port speed codes in Mbit/s: 1G ... 100G; 0 when unknown.
 std::uint64_t SpeedMbps(Dto::EthSpeed speed);

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Monitoring {
 
 // Numbers given to names in one name space (fallback ifIndex values, bridge
 // ports, RMON rows and LAG actor ports), kept in a file of the space's own so
@@ -93,4 +93,4 @@ class Numbering {
   std::set<long> used;
 };
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Arq::Monitoring

@@ -1,9 +1,9 @@
-#include "InterfaceIndex.h"
+#include "Arq/Monitoring/Model/InterfaceIndex.h"
 
 #include <cctype>
 #include <utility>
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Monitoring {
 namespace {
 
 // A decimal number from `low` to `high` without leading zeros, or 0.
@@ -52,4 +52,4 @@ void InterfaceIndex::EndRound(std::int64_t nowUnixSeconds) {
   fallbacks.EndRound(nowUnixSeconds);
 }
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Arq::Monitoring

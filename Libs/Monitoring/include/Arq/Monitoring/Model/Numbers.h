@@ -3,14 +3,16 @@
 #include <cstdint>
 #include <string>
 
-#include "InterfaceIndex.h"
-#include "Numbering.h"
+#include "Arq/Monitoring/Model/InterfaceIndex.h"
+#include "Arq/Monitoring/Model/Numbering.h"
+#include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Monitoring {
 
-// Every number space of the standard views, each in a file of its own in one
-// folder, numbered together once per projection round before any view is
-// built, so that no view numbers a name after the round has ended.
+// Every number space of the views, each in a file of its own in one folder:
+// the collection thread numbers each model once before it is published
+// (Assign), so that every view (SNMP, gNMI, Prometheus) reads the same
+// numbers from the model and none numbers a name of its own.
 struct Numbers {
   // Bridge ports (dot1dBasePort): one per Ethernet interface's port and per
   // LAG and PRS interface, small since a PortList holds one bit per port.
@@ -34,12 +36,16 @@ struct Numbers {
   // Ends the round of every space.
   void EndRound(std::int64_t nowUnixSeconds);
 
+  // Numbers a model whole, as one round: the interfaces the interface views
+  // serve (SwitchModel::servedPorts and servedAggregates), the ifIndex of
+  // every port, LAG and PRS interface and neighbour's local port, the port
+  // numbers of the served ports and the bridge ports of the Ethernet
+  // interfaces' ports and of the LAG and PRS interfaces.
+  void Assign(OrvoViaSwitch::Domain::Model::SwitchModel& model, std::int64_t nowUnixSeconds);
+
   InterfaceIndex ifIndex;
   Numbering bridgePorts;
   Numbering portNumbers;
 };
 
-// The numbers of the process, in Net-SNMP's persistent directory.
-Numbers& SharedNumbers();
-
-}  // namespace Arq::Snmp::Standard
+}  // namespace Arq::Monitoring

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-#include "Numbering.h"
+#include "Arq/Monitoring/Model/Numbering.h"
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Monitoring {
 
 // Stable ifIndex values for the switch's interfaces, derived from their names
 // so that a port keeps its index whatever else appears or disappears:
@@ -40,4 +40,4 @@ class InterfaceIndex {
   Numbering fallbacks;
 };
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Arq::Monitoring

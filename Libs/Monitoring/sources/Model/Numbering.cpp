@@ -1,4 +1,4 @@
-#include "Numbering.h"
+#include "Arq/Monitoring/Model/Numbering.h"
 
 #include <fcntl.h>
 #include <net-snmp/net-snmp-config.h>
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Monitoring {
 namespace {
 
 constexpr std::size_t kLoggedBadLines = 10;
@@ -407,4 +407,4 @@ bool Numbering::Save() {
   return false;
 }
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Arq::Monitoring

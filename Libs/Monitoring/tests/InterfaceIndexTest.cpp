@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "Arq/Monitoring/Model/InterfaceIndex.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/TestSupport/TempDir.h"
-#include "Standard/InterfaceIndex.h"
-#include "Standard/Numbers.h"
 
 namespace {
 
-using Arq::Snmp::Standard::InterfaceIndex;
+using Arq::Monitoring::InterfaceIndex;
 using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::TempDir;
 using Arq::TestSupport::WriteFile;
@@ -158,7 +158,7 @@ TEST(InterfaceIndexTest, TenMegabyteFileKeepsTheFirstMegabyteAndAtMostTheCap) {
 // ifIndex rule where it fits in 16 bits, else take numbers no rule gives,
 // kept across a restart while other ports come and go.
 TEST(InterfaceIndexTest, BridgePortsAndPortNumbersKeepTheirNumbersInFilesOfTheirOwn) {
-  using Arq::Snmp::Standard::Numbers;
+  using Arq::Monitoring::Numbers;
   TempDir dir;
   const std::string day = Stamp(0);
   WriteFile(dir.File("orvovia-bridge-ports.conf"), kHeader + "1000000 bridge\\x20port\\x201/1 " +
@@ -166,7 +166,7 @@ TEST(InterfaceIndexTest, BridgePortsAndPortNumbersKeepTheirNumbersInFilesOfTheir
                                                        day + "\n1000001 xe-a " + day + "\n");
   // A number the rule gives is refused from the file.
   WriteFile(dir.File("orvovia-port-numbers.conf"),
-            Arq::Snmp::Standard::Numbering::Header("port-numbers") + "\n1001 ge-9 1\n");
+            Arq::Monitoring::Numbering::Header("port-numbers") + "\n1001 ge-9 1\n");
   const auto round = [&](const std::vector<std::string>& names) {
     Numbers numbers(dir.Path());
     std::vector<long> got;
@@ -178,13 +178,13 @@ TEST(InterfaceIndexTest, BridgePortsAndPortNumbersKeepTheirNumbersInFilesOfTheir
   EXPECT_EQ(round({"1/1", "lag1", "ge-0/0/1", "65/535", "66/1", "ge-0/0/2"}),
             (std::vector<long>{1, 5, 2, 3, 4, 6, 1001, 1, 2, 65535, 3, 4}));
   EXPECT_EQ(ReadFile(dir.File("orvovia-bridge-ports.conf")),
-            Arq::Snmp::Standard::Numbering::Header("bridge-ports") + "\n1 1/1 " + day +
+            Arq::Monitoring::Numbering::Header("bridge-ports") + "\n1 1/1 " + day +
                 "\n2 ge-0/0/1 " + day + "\n3 65/535 " + day + "\n4 66/1 " + day + "\n5 lag1 " +
                 day + "\n6 ge-0/0/2 " + day + "\n");
   // ge-0/0/1 gone, ge-0/0/3 new: it takes the lowest number no one holds.
   EXPECT_EQ(round({"ge-0/0/2", "ge-0/0/3"}), (std::vector<long>{6, 7, 4, 5}));
   // A space whose every number is taken gives none.
-  Arq::Snmp::Standard::Numbering two({"two", "two", 1, 2}, "");
+  Arq::Monitoring::Numbering two({"two", "two", 1, 2}, "");
   EXPECT_EQ((std::vector<long>{two.Of("a"), two.Of("b"), two.Of("c"), two.Of("a")}),
             (std::vector<long>{1, 2, 0, 1}));
 }
