@@ -8,22 +8,12 @@
 #include <cstring>
 #include <utility>
 
+#include "Arq/OrvoViaSwitch/Domain/BaseTypes/FileDescriptor.h"
+
 namespace Arq::Listener {
 namespace {
 
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd(fd) {}
-  ~Descriptor() {
-    if (fd >= 0) close(fd);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return fd; }
-
- private:
-  int fd;
-};
+using Descriptor = OrvoViaSwitch::Domain::FileDescriptor;
 
 std::string Reason(int error) {
   char text[128];

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "Arq/OrvoViaSwitch/Domain/BaseTypes/FileDescriptor.h"
+
 namespace Arq::Monitoring {
 namespace {
 
@@ -101,21 +103,7 @@ bool Parse(std::string_view text, bool stamped, long low, long high, Line& line)
   return Unescape(name, line.name) && Field(text.substr(last + 1), 0, 999999999999, line.lastSeen);
 }
 
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd(fd) {}
-  ~Descriptor() {
-    if (fd >= 0) close(fd);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return fd; }
-  // Closes now, so that a failure to flush is seen.
-  bool Close() { return close(std::exchange(fd, -1)) == 0; }
-
- private:
-  int fd;
-};
+using Descriptor = OrvoViaSwitch::Domain::FileDescriptor;
 
 // One log line per dropped line, the first kLoggedBadLines of them, then a count.
 class BadLines {
