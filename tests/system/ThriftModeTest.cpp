@@ -135,7 +135,8 @@ class ThriftModeTest : public testing::Test {
   }
   // `extra` words come last and override the earlier ones; without a receive
   // time-out the daemon uses its default one (60 s).
-  void StartDaemon(const std::vector<std::string>& extra = {"remote_ms_receive_timeout:2000"}) {
+  void StartDaemon(const std::vector<std::string>& extra = {"remote_ms_receive_timeout:2000"},
+                   const Map& environment = {}) {
     std::vector<std::string> arguments{"monitoring_processor_mode:Thrift",
                                        "remote_ip_address:127.0.0.1",
                                        "remote_port_number:" + std::to_string(port),
@@ -143,7 +144,7 @@ class ThriftModeTest : public testing::Test {
                                        "collect_metrics_period:1",
                                        "log_level:Warning"};
     arguments.insert(arguments.end(), extra.begin(), extra.end());
-    setup.StartDaemon(arguments);
+    setup.StartDaemon(arguments, environment);
   }
   // One line to the simulator's control port; its one-line answer.
   std::string Control(const std::string& line) {
@@ -693,7 +694,8 @@ TEST_F(ThriftModeTest, ScenariosFillTheMibsAcrossRestarts) {
 // as LAG actor port.
 TEST_F(ThriftModeTest, PortsNamedOutsideTheRuleHaveRmonRowsAndActorPorts) {
   StartSimulator("ge-ports.json");
-  StartDaemon();
+  const std::string metrics = "127.0.0.1:" + std::to_string(Arq::TestSupport::FreeTcpPort());
+  StartDaemon({"remote_ms_receive_timeout:2000"}, {{"ORVOVIA_METRICS_ADDRESS", metrics}});
   const std::string source = "1.3.6.1.2.1.16.1.1.1.2", hcPkts = "1.3.6.1.2.1.16.1.7.1.2";
   const std::string actor = "1.2.840.10006.300.43.1.2.1.1.14";
   // ifIndex by first sight: the Ethernet interfaces' ports, prs1's, then ae0
@@ -725,6 +727,14 @@ TEST_F(ThriftModeTest, PortsNamedOutsideTheRuleHaveRmonRowsAndActorPorts) {
   // ge-0/0/1's broadcast frames.
   EXPECT_EQ(setup.Master().Get("1.3.6.1.2.1.16.1.1.1.6.1"), "Counter32: 1");
   ExpectWholePortRows();
+  // The Prometheus endpoint labels each port with the ifIndex IF-MIB serves.
+  const std::string scrape =
+      RunCommand({"curl", "-sS", "--max-time", "5", "http://" + metrics + "/metrics"}, {}, 10s)
+          .output;
+  for (const auto& [ifIndex, name] : ports) {
+    EXPECT_THAT(scrape, HasSubstr("orvovia_port_oper_status{ifIndex=\"" + std::to_string(ifIndex) +
+                                  "\",ifName=\"" + name + "\""));
+  }
 }
 
 // A peer that answers every call with bytes that are no proper reply never
