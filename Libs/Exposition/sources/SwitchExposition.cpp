@@ -116,6 +116,12 @@ void Collector(ExpositionWriter& out, const Model::Collection& collection) {
   for (std::size_t call = 0; call < calls.size(); ++call) {
     out.Sample(calls[call], Count(collection.calls[call].failures));
   }
+  out.Begin(Families::kCollectorCallDuration);
+  for (std::size_t call = 0; call < calls.size(); ++call) {
+    const auto& record = collection.calls[call];
+    if (record.outcome == Metrics::CallOutcome::NotCalled) continue;
+    out.Sample(calls[call], {}, static_cast<double>(record.durationUs) / 1e6);
+  }
 }
 
 void PortStates(ExpositionWriter& out, const std::vector<ServedPort>& ports) {

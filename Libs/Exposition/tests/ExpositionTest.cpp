@@ -172,7 +172,7 @@ TEST(ExpositionTest, TellsTheCollectorsHealthAndTheBuild) {
   health.consecutiveFailures = 2;
   health.period = 5;
   model.collection.calls[Metrics::CollectorCall::LLDP_GetInfo] = {Metrics::CallOutcome::Timeout, 3,
-                                                                  "x"};
+                                                                  "x", 2000250};
   // An outage: the ports keep their last data, their state unknown.
   model.collection.interfacesCurrent = false;
   model.ports[0].link = Model::LinkState::Unknown;
@@ -195,12 +195,14 @@ TEST(ExpositionTest, TellsTheCollectorsHealthAndTheBuild) {
           R"(orvovia_collector_call_outcome{call="LLDP:GetInfo",outcome="not_called"} 0)",
           R"(orvovia_collector_call_outcome{call="PTP:GetConfig",outcome="not_called"} 1)",
           R"(orvovia_collector_call_failures_total{call="LLDP:GetInfo"} 3)",
+          R"(orvovia_collector_call_duration_seconds{call="LLDP:GetInfo"} 2.00025)",
           R"(orvovia_port_oper_status{ifIndex="1001",ifName="1/1",ifAlias="uplink"} 4)",
           R"(orvovia_port_received_bytes_total{ifIndex="1001",ifName="1/1",ifAlias="uplink",kind="good"} 1000)",
       }) {
     EXPECT_EQ(lines.count(line), 1u) << line;
   }
-  EXPECT_EQ(lines.size(), 1u + 5 + 9 + 70 + 10 + 5 + 30 + 1 + 1 + 1 + 1 + 2 + 1);
+  // Only the call made has a duration.
+  EXPECT_EQ(lines.size(), 1u + 5 + 9 + 70 + 10 + 1 + 5 + 30 + 1 + 1 + 1 + 1 + 2 + 1);
 
   // Before the first collection: no time of it, and no port at all.
   const auto empty = Render(Model::SwitchModel{}, {"2.2.23"}, Format::Text);

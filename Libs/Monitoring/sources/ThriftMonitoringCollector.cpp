@@ -4,6 +4,7 @@
 #include <net-snmp/net-snmp-includes.h>
 
 #include <array>
+#include <chrono>
 #include <exception>
 #include <set>
 #include <utility>
@@ -22,19 +23,28 @@ namespace {
 // standard exception (a DomainException in practice) is logged and gives the
 // default result; the client, and its connection, go away in every case.
 // Once interrupted, no call is made any more.
-// `record` takes the call's outcome, its failure count and last error.
+// `record` takes the call's outcome, its failure count, last error and
+// duration.
 template <typename CreateClient, typename Call>
 auto CallOnce(const std::atomic<bool>& interrupted, Metrics::CollectorCallMetric& record,
               CreateClient&& createClient, Call&& call) -> decltype(call(*createClient())) {
   if (interrupted) return {};
+  const auto started = std::chrono::steady_clock::now();
+  const auto stopwatch = [&record, started] {
+    record.durationUs = std::chrono::duration_cast<std::chrono::microseconds>(
+                            std::chrono::steady_clock::now() - started)
+                            .count();
+  };
   try {
     auto client = createClient();
     client->Open();
     auto result = call(*client);
     client->Close();
+    stopwatch();
     record.outcome = Metrics::CallOutcome::Ok;
     return result;
   } catch (const std::exception& exception) {
+    stopwatch();
     snmp_log(LOG_ERR, "Error: %s\n", exception.what());
     record.outcome = Metrics::ClassifyCallFailure(exception);
     ++record.failures;

@@ -76,6 +76,8 @@ TEST(ThriftMonitoringCollectorTest, OneFailedCallLogsOnceAndTheOthersStillRun) {
     EXPECT_EQ(calls.size() - callsBefore, kCalls.size());
     callsBefore = calls.size();
     EXPECT_EQ(values->nbPTPs.Value(), failing == "PTP:GetConfig" ? 0 : 1);
+    // Every call, failed or not, has its duration.
+    for (const auto& call : values->collectorCalls) EXPECT_GT(call.Value().durationUs, 0);
   }
 }
 

@@ -64,6 +64,10 @@ inline constexpr Family kCollectorCallOutcome{
 inline constexpr Family kCollectorCallFailures{
     "orvovia_collector_call_failures_total", MetricType::Counter, "", "call",
     "Times each switch call failed since the daemon started."};
+inline constexpr Family kCollectorCallDuration{
+    "orvovia_collector_call_duration_seconds", MetricType::Gauge, "seconds", "call",
+    "How long each switch call of the last collection took, connection included (absent for a "
+    "call not made)."};
 
 inline constexpr Family kPortAdminStatus{
     "orvovia_port_admin_status", MetricType::Gauge, "", kPortLabels,
@@ -127,6 +131,7 @@ inline constexpr std::array kAll{kBuildInfo,
                                  kCollectorInterfacesCurrent,
                                  kCollectorCallOutcome,
                                  kCollectorCallFailures,
+                                 kCollectorCallDuration,
                                  kPortAdminStatus,
                                  kPortOperStatus,
                                  kPortSpeed,

@@ -63,6 +63,10 @@ struct CollectorCallMetric {
   CallOutcome outcome = CallOutcome::NotCalled;
   std::int64_t failures = 0;
   std::string lastError;
+  // How long the call last took, connection included, in microseconds (0:
+  // not called). It moves with every call, so equality leaves it out:
+  // two records are equal when the calls said the same.
+  std::int64_t durationUs = 0;
 
   bool operator==(const CollectorCallMetric& other) const {
     return outcome == other.outcome && failures == other.failures && lastError == other.lastError;
