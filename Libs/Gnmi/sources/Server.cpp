@@ -11,6 +11,8 @@
 #include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/Gnmi/Subscription.h"
 #include "Arq/Gnmi/Users.h"
+#include "Arq/Listener/Endpoint.h"
+#include "Arq/Listener/Tls.h"
 #include "gnmi.grpc.pb.h"
 
 namespace Arq::Gnmi {
@@ -18,8 +20,6 @@ namespace {
 
 using Request = gnmi::SubscribeRequest;
 using Response = gnmi::SubscribeResponse;
-
-constexpr std::size_t kMaxFileBytes = std::size_t{1024} * 1024;
 
 // The value of a request's metadata entry, or empty.
 std::string Metadata(const grpc::CallbackServerContext* context, const char* key) {
@@ -70,7 +70,7 @@ struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
 
   Settings settings;
   Model::SwitchModelStore& store;
-  std::unique_ptr<Users> users;
+  std::unique_ptr<Listener::BasicAuthUsers> users;
   std::unique_ptr<grpc::Server> server;
   int port = 0;
   std::atomic<std::size_t> subscriptions{0};
@@ -436,10 +436,9 @@ int GnmiServer::Port() const {
 
 std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
                                                Model::SwitchModelStore& store, std::string& error) {
-  std::string host;
-  std::uint16_t port = 0;
-  if (!SplitAddress(settings.address, host, port)) {
-    error = "ORVOVIA_GNMI_ADDRESS '" + settings.address + "' is not host:port";
+  const auto endpoint = Listener::ParseEndpoint(settings.address, error);
+  if (!endpoint) {
+    error = "ORVOVIA_GNMI_ADDRESS " + error;
     return nullptr;
   }
   const bool tls = !settings.certFile.empty() || !settings.keyFile.empty();
@@ -449,17 +448,17 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
       error = "TLS needs both ORVOVIA_GNMI_TLS_CERT and ORVOVIA_GNMI_TLS_KEY";
       return nullptr;
     }
+    // Read with a bound and checked (the key belongs to the certificate, the
+    // authorities parse) once here, rather than failing at each handshake.
+    Listener::TlsMaterial material;
+    error = Listener::LoadTlsMaterial({settings.certFile, settings.keyFile, settings.clientCaFile},
+                                      material);
+    if (!error.empty()) return nullptr;
     grpc::SslServerCredentialsOptions options;
-    grpc::SslServerCredentialsOptions::PemKeyCertPair pair;
-    if (!ReadBoundedFile(settings.keyFile, kMaxFileBytes, pair.private_key, error) ||
-        !ReadBoundedFile(settings.certFile, kMaxFileBytes, pair.cert_chain, error)) {
-      return nullptr;
-    }
-    options.pem_key_cert_pairs.push_back(std::move(pair));
+    options.pem_key_cert_pairs.push_back(
+        {std::move(material.key), std::move(material.certificate)});
     if (!settings.clientCaFile.empty()) {
-      if (!ReadBoundedFile(settings.clientCaFile, kMaxFileBytes, options.pem_root_certs, error)) {
-        return nullptr;
-      }
+      options.pem_root_certs = std::move(material.clientAuthorities);
       options.client_certificate_request =
           GRPC_SSL_REQUEST_AND_REQUIRE_CLIENT_CERTIFICATE_AND_VERIFY;
     }
@@ -469,22 +468,18 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
       error = "ORVOVIA_GNMI_TLS_CLIENT_CA needs TLS (ORVOVIA_GNMI_TLS_CERT and _KEY)";
       return nullptr;
     }
-    if (!IsLoopback(host)) {
-      error =
-          "plaintext gNMI only on a loopback address; set ORVOVIA_GNMI_TLS_CERT and "
-          "ORVOVIA_GNMI_TLS_KEY to listen on " +
-          host;
-      return nullptr;
-    }
+    error = Listener::PlaintextRefusal(*endpoint);
+    if (!error.empty()) return nullptr;
     credentials = grpc::InsecureServerCredentials();
   }
   auto impl = std::make_unique<Impl>(settings, store);
   if (!settings.usersFile.empty()) {
-    impl->users = Users::Load(settings.usersFile, error);
+    impl->users = LoadUsers(settings.usersFile, error);
     if (!impl->users) return nullptr;
   }
   grpc::ServerBuilder builder;
-  builder.AddListeningPort(settings.address, credentials, &impl->port);
+  const std::string address = endpoint->ToString();
+  builder.AddListeningPort(address, credentials, &impl->port);
   builder.RegisterService(impl.get());
   builder.SetMaxReceiveMessageSize(settings.maxReceiveBytes);
   builder.AddChannelArgument(GRPC_ARG_MAX_CONCURRENT_STREAMS, settings.maxConcurrentStreams);
@@ -496,7 +491,7 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
   builder.SetResourceQuota(quota);
   impl->server = builder.BuildAndStart();
   if (!impl->server || impl->port == 0) {
-    error = "cannot listen on " + settings.address + " (address in use or not local)";
+    error = "cannot listen on " + address + " (address in use or not local)";
     return nullptr;
   }
   Impl* raw = impl.get();

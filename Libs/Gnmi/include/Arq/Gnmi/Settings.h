@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace Arq::Gnmi {
@@ -36,16 +35,5 @@ struct Settings {
   static Settings FromEnvironment();
   bool Enabled() const { return !address.empty(); }
 };
-
-// The host and port of "host:port" or "[v6]:port"; false when malformed.
-bool SplitAddress(const std::string& address, std::string& host, std::uint16_t& port);
-
-// Whether a host names the loopback interface (127.0.0.0/8, ::1, localhost).
-bool IsLoopback(const std::string& host);
-
-// A whole file of at most `limit` bytes; false (with the reason) when it is
-// missing, unreadable or larger.
-bool ReadBoundedFile(const std::string& path, std::size_t limit, std::string& contents,
-                     std::string& error);
 
 }  // namespace Arq::Gnmi
