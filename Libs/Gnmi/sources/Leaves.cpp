@@ -368,33 +368,21 @@ Result CapabilityEnabled(const View&, const Instance& i) {
 const Model::PtpDomain& Ptp(const Instance& i) {
   return *static_cast<const Model::PtpDomain*>(i.source);
 }
+// An enumerator numbered from 0 by its name in `names`; nothing for another.
+template <typename Enum, std::size_t count>
+Result EnumName(Enum value, const char* const (&names)[count]) {
+  const auto n = static_cast<std::int64_t>(value);
+  if (n < 0 || n >= static_cast<std::int64_t>(count)) return std::nullopt;
+  return Value::Enumeration(names[n]);
+}
 Result PtpClockMode(const View&, const Instance& i) {
-  switch (Ptp(i).clockMode) {
-    case Dto::PTPClockMode::Transparent:
-      return Value::Enumeration("TRANSPARENT");
-    case Dto::PTPClockMode::Boundary:
-      return Value::Enumeration("BOUNDARY");
-    case Dto::PTPClockMode::Master:
-      return Value::Enumeration("MASTER");
-    default:
-      return Value::Enumeration("SLAVE");
-  }
+  static const char* const names[] = {"TRANSPARENT", "BOUNDARY", "MASTER", "SLAVE"};
+  return EnumName(Ptp(i).clockMode, names);
 }
 Result PtpProfile(const View&, const Instance& i) {
-  switch (Ptp(i).profile) {
-    case Dto::PTPProfile::IEEE_1588_2008:
-      return Value::Enumeration("IEEE_1588_2008");
-    case Dto::PTPProfile::AES67_2015:
-      return Value::Enumeration("AES67_2015");
-    case Dto::PTPProfile::SMPTE_2059:
-      return Value::Enumeration("SMPTE_2059");
-    case Dto::PTPProfile::INTEROP_DEFAULT_AES_SMPTE:
-      return Value::Enumeration("INTEROP_DEFAULT_AES_SMPTE");
-    case Dto::PTPProfile::INTEROP_AES_SMPTE:
-      return Value::Enumeration("INTEROP_AES_SMPTE");
-    default:
-      return std::nullopt;
-  }
+  static const char* const names[] = {"IEEE_1588_2008", "AES67_2015", "SMPTE_2059",
+                                      "INTEROP_DEFAULT_AES_SMPTE", "INTEROP_AES_SMPTE"};
+  return EnumName(Ptp(i).profile, names);
 }
 // The clock's ports as PTPBASE-MIB lists them (each once, none empty), or
 // those of them in the slave role.

@@ -103,7 +103,9 @@ Values Get(const Snapshot& snapshot, const std::string& path, KindFilter filter 
   Selection selection;
   EXPECT_TRUE(Select(gnmi::Path(), {&wire}, selection).ok()) << path;
   Values values;
-  Collect(GetNotification(snapshot, selection, filter, gnmi::JSON_IETF), values, nullptr);
+  gnmi::GetResponse answer;
+  GetAnswer(snapshot, selection, filter, gnmi::JSON_IETF, answer);
+  for (const auto& notification : answer.notification()) Collect(notification, values, nullptr);
   return values;
 }
 
