@@ -9,6 +9,8 @@
 #include <map>
 #include <set>
 #include <thread>
+#include <tuple>
+#include <vector>
 
 #include "Arq/Gnmi/Encode.h"
 #include "Arq/TestSupport/Certificates.h"
@@ -137,21 +139,21 @@ class GnmiEndpointTest : public testing::Test {
     for (const auto& [name, value] : values) names.insert(name);
     return names;
   }
-  std::unique_ptr<grpc::ClientReaderWriter<gnmi::SubscribeRequest, gnmi::SubscribeResponse>>
-  Subscribe(gnmi::gNMI::Stub& client, grpc::ClientContext& context,
-            const gnmi::SubscriptionList& list) {
-    auto stream = client.Subscribe(&context);
+  // A STREAM of (path, mode, sample interval in ns) subscriptions.
+  using Wanted = std::tuple<std::string, gnmi::SubscriptionMode, std::uint64_t>;
+  static auto Subscribe(gnmi::gNMI::Stub& client, grpc::ClientContext& context,
+                        gnmi::Encoding encoding, const std::vector<Wanted>& wanted) {
     gnmi::SubscribeRequest request;
-    *request.mutable_subscribe() = list;
+    request.mutable_subscribe()->set_encoding(encoding);
+    for (const auto& [path, mode, interval] : wanted) {
+      auto* subscription = request.mutable_subscribe()->add_subscription();
+      *subscription->mutable_path() = WirePath(path);
+      subscription->set_mode(mode);
+      subscription->set_sample_interval(interval);
+    }
+    auto stream = client.Subscribe(&context);
     EXPECT_TRUE(stream->Write(request));
     return stream;
-  }
-  static gnmi::Subscription* Add(gnmi::SubscriptionList& list, const std::string& path,
-                                 gnmi::SubscriptionMode mode) {
-    auto* subscription = list.add_subscription();
-    *subscription->mutable_path() = WirePath(path);
-    subscription->set_mode(mode);
-    return subscription;
   }
 
   DaemonSetup setup;
@@ -195,12 +197,10 @@ TEST_F(GnmiEndpointTest, ServesTheSwitchToItsClientOnlyAndStreamsLinkChanges) {
   }
 
   // The port's link and the collection count, on change.
-  gnmi::SubscriptionList list;
-  list.set_encoding(gnmi::PROTO);
-  Add(list, path, gnmi::ON_CHANGE);
-  Add(list, "/orvovia-collector/state/collections", gnmi::ON_CHANGE);
   auto context = Context("secret", 60s);
-  auto stream = Subscribe(*stub, *context, list);
+  auto stream = Subscribe(
+      *stub, *context, gnmi::PROTO,
+      {{path, gnmi::ON_CHANGE, 0}, {"/orvovia-collector/state/collections", gnmi::ON_CHANGE, 0}});
   std::vector<std::pair<std::string, std::int64_t>> links;  // value, timestamp
   std::set<std::int64_t> collections;
   bool synced = false;
@@ -246,12 +246,10 @@ TEST_F(GnmiEndpointTest, ServesTheSwitchToItsClientOnlyAndStreamsLinkChanges) {
 // 100 ms and never reads costs its stream only: the daemon's other clients,
 // SNMP and the collection go on, and that stream ends.
 TEST_F(GnmiEndpointTest, SamplesAtTheIntervalAndEndsAStalledStreamOnly) {
-  gnmi::SubscriptionList list;
-  list.set_encoding(gnmi::PROTO);
-  Add(list, "/interfaces/interface[name=1/1]/state/counters/in-octets", gnmi::SAMPLE)
-      ->set_sample_interval(500000000);
   auto context = Context("secret", 60s);
-  auto stream = Subscribe(*stub, *context, list);
+  auto stream = Subscribe(
+      *stub, *context, gnmi::PROTO,
+      {{"/interfaces/interface[name=1/1]/state/counters/in-octets", gnmi::SAMPLE, 500000000}});
   gnmi::SubscribeResponse response;
   for (int reads = 0; reads < 3 && stream->Read(&response) && !response.sync_response(); ++reads) {
   }
@@ -279,12 +277,10 @@ TEST_F(GnmiEndpointTest, SamplesAtTheIntervalAndEndsAStalledStreamOnly) {
   EXPECT_LT(stamps.size(), samples.size());
   EXPECT_GE(stamps.size(), 2U);
 
-  gnmi::SubscriptionList everything;
-  everything.set_encoding(gnmi::JSON_IETF);
-  Add(everything, "/", gnmi::SAMPLE)->set_sample_interval(100000000);
   auto stalledStub = gnmi::gNMI::NewStub(Channel("client"));
   auto stalledContext = Context("secret", 60s);
-  auto stalled = Subscribe(*stalledStub, *stalledContext, everything);
+  auto stalled =
+      Subscribe(*stalledStub, *stalledContext, gnmi::JSON_IETF, {{"/", gnmi::SAMPLE, 100000000}});
   const std::string collections = setup.Get("8.5.0");
   for (int second = 0; second < 16; ++second) {
     std::this_thread::sleep_for(1s);
