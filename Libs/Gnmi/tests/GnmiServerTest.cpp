@@ -6,6 +6,7 @@
 
 #include <chrono>
 
+#include "Arq/Gnmi/Encode.h"
 #include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/TestSupport/TempDir.h"
 #include "gnmi.grpc.pb.h"
@@ -59,12 +60,7 @@ std::unique_ptr<grpc::ClientContext> Context() {
 
 gnmi::Path OperStatus() {
   gnmi::Path path;
-  path.add_elem()->set_name("interfaces");
-  auto* list = path.add_elem();
-  list->set_name("interface");
-  (*list->mutable_key())["name"] = "1/1";
-  path.add_elem()->set_name("state");
-  path.add_elem()->set_name("oper-status");
+  ToProto(*ParsePath("/interfaces/interface[name=1/1]/state/oper-status"), &path);
   return path;
 }
 
