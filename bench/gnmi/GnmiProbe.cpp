@@ -32,15 +32,16 @@ std::string Read(const std::string& path) {
 
 int main(int argc, char** argv) {
   if (argc < 8) {
-    std::fprintf(
+    (void)std::fprintf(
         stderr, "usage: %s <host:port> <dir> <user> <password> <count> json_ietf|proto <path>...\n",
         argv[0]);
     return 2;
   }
   const std::string dir = argv[2];
-  const int count = std::atoi(argv[5]);
-  if (count < 1) {
-    std::fprintf(stderr, "count: 1 or more\n");
+  char* end = nullptr;
+  const long count = std::strtol(argv[5], &end, 10);
+  if (*end != '\0' || count < 1 || count > 100000) {
+    (void)std::fprintf(stderr, "count: a whole number from 1 to 100000\n");
     return 2;
   }
   const std::string encoding = argv[6];
@@ -58,7 +59,7 @@ int main(int argc, char** argv) {
   for (int i = 7; i < argc; ++i) {
     const auto path = Arq::Gnmi::ParsePath(argv[i]);
     if (!path) {
-      std::fprintf(stderr, "malformed path %s\n", argv[i]);
+      (void)std::fprintf(stderr, "malformed path %s\n", argv[i]);
       return 2;
     }
     Arq::Gnmi::ToProto(*path, request.add_path());
@@ -66,7 +67,7 @@ int main(int argc, char** argv) {
   std::vector<double> wall;
   long updates = -1;
   std::size_t bytes = 0;
-  for (int n = 0; n < count; ++n) {
+  for (long n = 0; n < count; ++n) {
     grpc::ClientContext context;
     context.set_deadline(std::chrono::system_clock::now() + std::chrono::seconds(30));
     context.AddMetadata("username", argv[3]);
@@ -78,20 +79,20 @@ int main(int argc, char** argv) {
         std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
             .count());
     if (!status.ok()) {
-      std::fprintf(stderr, "Get: %s\n", status.error_message().c_str());
+      (void)std::fprintf(stderr, "Get: %s\n", status.error_message().c_str());
       return 1;
     }
     long got = 0;
     for (const auto& notification : answer.notification()) got += notification.update_size();
     if (updates >= 0 && got != updates) {
-      std::fprintf(stderr, "answers of %ld and %ld updates\n", updates, got);
+      (void)std::fprintf(stderr, "answers of %ld and %ld updates\n", updates, got);
       return 1;
     }
     updates = got;
     bytes = answer.ByteSizeLong();
   }
   std::sort(wall.begin(), wall.end());
-  std::printf("gets %d wall-median-ms %.3f wall-max-ms %.3f updates %ld bytes %zu\n", count,
+  std::printf("gets %ld wall-median-ms %.3f wall-max-ms %.3f updates %ld bytes %zu\n", count,
               wall[wall.size() / 2], wall.back(), updates, bytes);
   return 0;
 }
