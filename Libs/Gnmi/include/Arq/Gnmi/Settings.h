@@ -7,7 +7,8 @@ namespace Arq::Gnmi {
 
 // How the gNMI server listens, from the environment (the daemon's command line
 // is not extended):
-//   ORVOVIA_GNMI_ADDRESS       host:port ([v6]:port); unset or empty: no server
+//   ORVOVIA_GNMI_ADDRESS       address:port as Listener::ParseEndpoint reads it (numeric
+//                              IPv4, [IPv6] or localhost); unset or empty: no server
 //   ORVOVIA_GNMI_TLS_CERT      PEM certificate chain of the server
 //   ORVOVIA_GNMI_TLS_KEY       PEM private key of the server
 //   ORVOVIA_GNMI_TLS_CLIENT_CA PEM CA bundle: clients must present a certificate it signed
