@@ -130,25 +130,23 @@ std::vector<gnmi::Notification> Notifications(const Snapshot& snapshot,
   return out;
 }
 
-gnmi::Notification GetNotification(const Snapshot& snapshot, const Selection& selection,
-                                   KindFilter filter, gnmi::Encoding encoding) {
-  const Tree& tree = Tree::Instance();
+void GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter filter,
+               gnmi::Encoding encoding, gnmi::GetResponse& response) {
   const auto& leaves = Leaves();
-  gnmi::Notification n;
-  n.set_timestamp(snapshot.timestamp);
+  std::vector<Item> items;
   for (const auto& entry : snapshot.entries) {
     const Kind kind = leaves[entry.leaf].kind;
     if ((filter == KindFilter::Config && kind != Kind::Config) ||
         (filter == KindFilter::State && kind != Kind::State)) {
       continue;
     }
-    const auto& keys = snapshot.instances[entry.instance]->keys;
-    if (!selection.Matches(entry.leaf, keys)) continue;
-    auto* update = n.add_update();
-    ToProto(tree.Full(entry.leaf, keys), update->mutable_path());
-    SetValue(entry.value, encoding, update->mutable_val());
+    if (selection.Matches(entry.leaf, snapshot.instances[entry.instance]->keys)) {
+      items.push_back({&entry, nullptr, nullptr, nullptr});
+    }
   }
-  return n;
+  for (auto& notification : Notifications(snapshot, items, encoding, snapshot.timestamp)) {
+    *response.add_notification() = std::move(notification);
+  }
 }
 
 }  // namespace Arq::Gnmi

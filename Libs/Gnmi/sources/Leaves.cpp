@@ -356,6 +356,52 @@ Result ComponentParent(const View&, const Instance& i) {
   return Comp(i).port == nullptr ? std::nullopt : Result(Value::Str("chassis"));
 }
 
+// A neighbour's capability by its openconfig-lldp-types name (the instance's
+// last key): the identity, and whether the neighbour has it enabled.
+Result CapabilityName(const View&, const Instance& i) {
+  return Value::Ident("openconfig-lldp-types:" + i.keys.back());
+}
+Result CapabilityEnabled(const View&, const Instance& i) {
+  const auto& names = LldpCapabilityNames();
+  const auto found = std::find(names.begin(), names.end(), i.keys.back());
+  const auto bit = static_cast<unsigned>(found - names.begin());
+  return Value::Boolean((Nb(i).capabilitiesEnabled.value_or(0) >> bit & 1U) != 0);
+}
+
+const Model::PtpDomain& Ptp(const Instance& i) {
+  return *static_cast<const Model::PtpDomain*>(i.source);
+}
+// An enumerator numbered from 0 by its name in `names`; nothing for another.
+template <typename Enum, std::size_t count>
+Result EnumName(Enum value, const char* const (&names)[count]) {
+  const auto n = static_cast<std::int64_t>(value);
+  if (n < 0 || n >= static_cast<std::int64_t>(count)) return std::nullopt;
+  return Value::Enumeration(names[n]);
+}
+Result PtpClockMode(const View&, const Instance& i) {
+  static const char* const names[] = {"TRANSPARENT", "BOUNDARY", "MASTER", "SLAVE"};
+  return EnumName(Ptp(i).clockMode, names);
+}
+Result PtpProfile(const View&, const Instance& i) {
+  static const char* const names[] = {"IEEE_1588_2008", "AES67_2015", "SMPTE_2059",
+                                      "INTEROP_DEFAULT_AES_SMPTE", "INTEROP_AES_SMPTE"};
+  return EnumName(Ptp(i).profile, names);
+}
+// The clock's ports as PTPBASE-MIB lists them (each once, none empty), or
+// those of them in the slave role.
+template <bool slavesOnly>
+Result PtpPorts(const View&, const Instance& i) {
+  const Model::PtpDomain& domain = Ptp(i);
+  std::vector<std::string> names;
+  for (const auto& name : domain.ports) {
+    if (name.empty() || std::find(names.begin(), names.end(), name) != names.end()) continue;
+    const bool slave = std::find(domain.slavePorts.begin(), domain.slavePorts.end(), name) !=
+                       domain.slavePorts.end();
+    if (slave || !slavesOnly) names.push_back(name);
+  }
+  return Value::List(std::move(names));
+}
+
 const Metrics::CollectorHealthMetric& Health(const View& v) {
   return v.model().collection.health;
 }
@@ -383,6 +429,13 @@ Result HealthNumber(const View& v, const Instance&) {
 #define NB "/lldp/interfaces/interface[name=*]/neighbors/neighbor[id=*]/state"
 #define IF_LEAF(leaf, kind, function) \
   { IF leaf, kind, Cadence::OnChange, Scope::Interface, function }
+#define CAPABILITY \
+  "/lldp/interfaces/interface[name=*]/neighbors/neighbor[id=*]/capabilities/capability[name=*]"
+#define PTP(leaf, function)                                                       \
+  {                                                                               \
+    "/orvovia-ptp/instances/instance[id=*]" leaf, Kind::State, Cadence::OnChange, \
+        Scope::PtpInstance, function                                              \
+  }
 #define COLLECTOR(leaf, cadence, function) \
   { "/orvovia-collector/state/" leaf, Kind::State, cadence, Scope::Root, function }
 
@@ -476,6 +529,10 @@ const std::vector<LeafSpec> kFixedLeaves = {
     {NB "/management-address-type", Kind::State, Cadence::OnChange, Scope::Neighbour,
      NbManagementAddressType},
     {NB "/ttl", Kind::State, Cadence::OnChange, Scope::Neighbour, NbTtl},
+    {CAPABILITY "/name", Kind::State, Cadence::OnChange, Scope::Capability, CapabilityName},
+    {CAPABILITY "/state/name", Kind::State, Cadence::OnChange, Scope::Capability, CapabilityName},
+    {CAPABILITY "/state/enabled", Kind::State, Cadence::OnChange, Scope::Capability,
+     CapabilityEnabled},
     {"/components/component[name=*]/name", Kind::Config, Cadence::OnChange, Scope::Component, Name},
     {"/components/component[name=*]/state/name", Kind::State, Cadence::OnChange, Scope::Component,
      Name},
@@ -483,6 +540,21 @@ const std::vector<LeafSpec> kFixedLeaves = {
      ComponentType},
     {"/components/component[name=*]/state/parent", Kind::State, Cadence::OnChange, Scope::Component,
      ComponentParent},
+    PTP("/id", Name),
+    PTP("/state/id", Name),
+    PTP("/state/domain",
+        [](const View&, const Instance& i) -> Result {
+          return Value::U32(static_cast<std::uint32_t>(Ptp(i).domain));
+        }),
+    PTP("/state/clock-mode", PtpClockMode),
+    PTP("/state/profile", PtpProfile),
+    PTP("/state/transport",
+        [](const View&, const Instance& i) -> Result {
+          return Value::Enumeration(Ptp(i).packetType == Dto::PTPPacketType::IEEE ? "ETHERNET"
+                                                                                  : "UDP_IPV4");
+        }),
+    PTP("/state/interfaces", PtpPorts<false>),
+    PTP("/state/slave-interfaces", PtpPorts<true>),
     COLLECTOR("state", Cadence::OnChange, CollectorState),
     COLLECTOR("last-collection", Cadence::Sample,
               HealthNumber<&Metrics::CollectorHealthMetric::lastCollection>),
@@ -517,6 +589,8 @@ const std::vector<LeafSpec> kFixedLeaves = {
 #undef ETH
 #undef NB
 #undef IF_LEAF
+#undef CAPABILITY
+#undef PTP
 #undef COLLECTOR
 
 }  // namespace
@@ -539,6 +613,23 @@ const std::vector<LeafSpec>& Leaves() {
   return leaves;
 }
 
+const std::vector<const char*>& LldpCapabilityNames() {
+  static const std::vector<const char*> names = {
+      "OTHER",  "REPEATER",  "MAC_BRIDGE",          "WLAN_ACCESS_POINT",
+      "ROUTER", "TELEPHONE", "DOCSIS_CABLE_DEVICE", "STATION_ONLY",
+      "C_VLAN", "S_VLAN",    "TWO_PORT_MAC_RELAY"};
+  return names;
+}
+
+bool IsServedPtpClock(const Model::PtpDomain& domain) {
+  const auto mode = domain.clockMode;
+  return domain.domain >= 0 && domain.domain <= 255 &&
+         (mode == Dto::PTPClockMode::Transparent || mode == Dto::PTPClockMode::Boundary ||
+          mode == Dto::PTPClockMode::Master || mode == Dto::PTPClockMode::Slave) &&
+         (domain.packetType == Dto::PTPPacketType::IEEE ||
+          domain.packetType == Dto::PTPPacketType::UDP);
+}
+
 const std::vector<ModelInfo>& Models() {
   static const std::vector<ModelInfo> models = {
       {"openconfig-interfaces", "OpenConfig working group", "3.0.0"},
@@ -547,6 +638,7 @@ const std::vector<ModelInfo>& Models() {
       {"openconfig-lldp", "OpenConfig working group", "0.2.1"},
       {"openconfig-platform", "OpenConfig working group", "0.24.0"},
       {"orvovia-collector", "OrvoVia", "1.0.0"},
+      {"orvovia-ptp", "OrvoVia", "1.0.0"},
   };
   return models;
 }

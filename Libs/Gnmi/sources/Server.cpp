@@ -1,6 +1,8 @@
 #include <grpcpp/grpcpp.h>
 #include <grpcpp/security/server_credentials.h>
 
+#include <malloc.h>
+
 #include <atomic>
 #include <condition_variable>
 #include <list>
@@ -11,6 +13,8 @@
 #include "Arq/Gnmi/GnmiServer.h"
 #include "Arq/Gnmi/Subscription.h"
 #include "Arq/Gnmi/Users.h"
+#include "Arq/Listener/Endpoint.h"
+#include "Arq/Listener/Tls.h"
 #include "gnmi.grpc.pb.h"
 
 namespace Arq::Gnmi {
@@ -18,8 +22,6 @@ namespace {
 
 using Request = gnmi::SubscribeRequest;
 using Response = gnmi::SubscribeResponse;
-
-constexpr std::size_t kMaxFileBytes = std::size_t{1024} * 1024;
 
 // The value of a request's metadata entry, or empty.
 std::string Metadata(const grpc::CallbackServerContext* context, const char* key) {
@@ -70,10 +72,13 @@ struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
 
   Settings settings;
   Model::SwitchModelStore& store;
-  std::unique_ptr<Users> users;
+  std::unique_ptr<Listener::BasicAuthUsers> users;
   std::unique_ptr<grpc::Server> server;
   int port = 0;
   std::atomic<std::size_t> subscriptions{0};
+  // Set by each Get and each subscription's initial answer (a poll's too):
+  // the publisher then hands the freed memory back (see Publisher).
+  std::atomic<bool> answered{false};
 
   std::mutex snapshotMutex;
   std::shared_ptr<const Snapshot> snapshot;
@@ -116,6 +121,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
       StartSubscription();
     } else if (request_.has_poll() && core_.mode() == gnmi::SubscriptionList::POLL) {
       Answer([&](const Sink& sink) { return core_.Initial(server_.Current(), sink); });
+      server_.answered = true;
     } else {
       EndWith({grpc::StatusCode::INVALID_ARGUMENT, "only Poll may follow a POLL subscription"});
       return;
@@ -187,6 +193,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
       base_ = snapshot->generation;
       return core_.Initial(snapshot, sink);
     });
+    server_.answered = true;
     if (core_.mode() == gnmi::SubscriptionList::ONCE) {
       EndWith(grpc::Status::OK);
     } else if (core_.mode() == gnmi::SubscriptionList::STREAM) {
@@ -352,8 +359,8 @@ grpc::ServerUnaryReactor* GnmiServer::Impl::Get(grpc::CallbackServerContext* con
     }
   }
   if (status.ok()) {
-    *response->add_notification() =
-        GetNotification(*Current(), selection, filter, request->encoding());
+    GetAnswer(*Current(), selection, filter, request->encoding(), *response);
+    answered = true;
   }
   reactor->Finish(status);
   return reactor;
@@ -425,6 +432,11 @@ void GnmiServer::Impl::Publisher() {
       link->stream->CheckStalled(now);
     }
     last = current;
+    // A Get of every interface builds megabytes of small messages on a gRPC
+    // thread; glibc keeps what they free in that thread's arena, and over a
+    // few threads the daemon's resident set grew by some 20 MB for good.
+    // Trimming after large answers (at most once per wake) returns it.
+    if (answered.exchange(false)) malloc_trim(0);
   }
 }
 
@@ -436,10 +448,9 @@ int GnmiServer::Port() const {
 
 std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
                                                Model::SwitchModelStore& store, std::string& error) {
-  std::string host;
-  std::uint16_t port = 0;
-  if (!SplitAddress(settings.address, host, port)) {
-    error = "ORVOVIA_GNMI_ADDRESS '" + settings.address + "' is not host:port";
+  const auto endpoint = Listener::ParseEndpoint(settings.address, error);
+  if (!endpoint) {
+    error = "ORVOVIA_GNMI_ADDRESS " + error;
     return nullptr;
   }
   const bool tls = !settings.certFile.empty() || !settings.keyFile.empty();
@@ -449,17 +460,17 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
       error = "TLS needs both ORVOVIA_GNMI_TLS_CERT and ORVOVIA_GNMI_TLS_KEY";
       return nullptr;
     }
+    // Read with a bound and checked (the key belongs to the certificate, the
+    // authorities parse) once here, rather than failing at each handshake.
+    Listener::TlsMaterial material;
+    error = Listener::LoadTlsMaterial({settings.certFile, settings.keyFile, settings.clientCaFile},
+                                      material);
+    if (!error.empty()) return nullptr;
     grpc::SslServerCredentialsOptions options;
-    grpc::SslServerCredentialsOptions::PemKeyCertPair pair;
-    if (!ReadBoundedFile(settings.keyFile, kMaxFileBytes, pair.private_key, error) ||
-        !ReadBoundedFile(settings.certFile, kMaxFileBytes, pair.cert_chain, error)) {
-      return nullptr;
-    }
-    options.pem_key_cert_pairs.push_back(std::move(pair));
+    options.pem_key_cert_pairs.push_back(
+        {std::move(material.key), std::move(material.certificate)});
     if (!settings.clientCaFile.empty()) {
-      if (!ReadBoundedFile(settings.clientCaFile, kMaxFileBytes, options.pem_root_certs, error)) {
-        return nullptr;
-      }
+      options.pem_root_certs = std::move(material.clientAuthorities);
       options.client_certificate_request =
           GRPC_SSL_REQUEST_AND_REQUIRE_CLIENT_CERTIFICATE_AND_VERIFY;
     }
@@ -469,22 +480,18 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
       error = "ORVOVIA_GNMI_TLS_CLIENT_CA needs TLS (ORVOVIA_GNMI_TLS_CERT and _KEY)";
       return nullptr;
     }
-    if (!IsLoopback(host)) {
-      error =
-          "plaintext gNMI only on a loopback address; set ORVOVIA_GNMI_TLS_CERT and "
-          "ORVOVIA_GNMI_TLS_KEY to listen on " +
-          host;
-      return nullptr;
-    }
+    error = Listener::PlaintextRefusal(*endpoint);
+    if (!error.empty()) return nullptr;
     credentials = grpc::InsecureServerCredentials();
   }
   auto impl = std::make_unique<Impl>(settings, store);
   if (!settings.usersFile.empty()) {
-    impl->users = Users::Load(settings.usersFile, error);
+    impl->users = LoadUsers(settings.usersFile, error);
     if (!impl->users) return nullptr;
   }
   grpc::ServerBuilder builder;
-  builder.AddListeningPort(settings.address, credentials, &impl->port);
+  const std::string address = endpoint->ToString();
+  builder.AddListeningPort(address, credentials, &impl->port);
   builder.RegisterService(impl.get());
   builder.SetMaxReceiveMessageSize(settings.maxReceiveBytes);
   builder.AddChannelArgument(GRPC_ARG_MAX_CONCURRENT_STREAMS, settings.maxConcurrentStreams);
@@ -496,7 +503,7 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
   builder.SetResourceQuota(quota);
   impl->server = builder.BuildAndStart();
   if (!impl->server || impl->port == 0) {
-    error = "cannot listen on " + settings.address + " (address in use or not local)";
+    error = "cannot listen on " + address + " (address in use or not local)";
     return nullptr;
   }
   Impl* raw = impl.get();

@@ -20,8 +20,9 @@ std::shared_ptr<const Snapshot> MakeSnapshot(std::shared_ptr<const Model::Switch
   snapshot->timestamp = view->timestamp();
   const auto& leaves = Leaves();
   const Tree& tree = Tree::Instance();
-  for (const Scope scope :
-       {Scope::Root, Scope::Interface, Scope::LldpInterface, Scope::Neighbour, Scope::Component}) {
+  // In the order of the scopes, which Diff's merge relies on.
+  for (std::size_t s = 0; s < kScopes; ++s) {
+    const auto scope = static_cast<Scope>(s);
     const auto& scopeLeaves = tree.LeavesOf(scope);
     for (const Instance& instance : view->Instances(scope)) {
       const auto index = static_cast<std::uint32_t>(snapshot->instances.size());

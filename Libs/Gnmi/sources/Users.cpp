@@ -1,24 +1,26 @@
 #include "Arq/Gnmi/Users.h"
 
-#include <crypt.h>
-
-#include <cstring>
+#include <map>
 #include <sstream>
 
-#include "Arq/Gnmi/Settings.h"
+#include "Arq/Listener/Files.h"
 
 namespace Arq::Gnmi {
 
-std::unique_ptr<Users> Users::Load(const std::string& path, std::string& error) {
+std::unique_ptr<Listener::BasicAuthUsers> LoadUsers(const std::string& path, std::string& error) {
   std::string text;
-  if (!ReadBoundedFile(path, std::size_t{1024} * 1024, text, error)) return nullptr;
-  auto users = FromText(text, error);
+  error = Listener::ReadBoundedFile(path, Listener::kMaxConfigFileBytes, text);
+  if (!error.empty()) {
+    error = path + ": " + error;
+    return nullptr;
+  }
+  auto users = ParseUsers(text, error);
   if (!users) error = path + ": " + error;
   return users;
 }
 
-std::unique_ptr<Users> Users::FromText(const std::string& text, std::string& error) {
-  auto users = std::make_unique<Users>();
+std::unique_ptr<Listener::BasicAuthUsers> ParseUsers(const std::string& text, std::string& error) {
+  std::map<std::string, std::string> hashes;
   std::istringstream lines(text);
   std::string line;
   int number = 0;
@@ -27,32 +29,18 @@ std::unique_ptr<Users> Users::FromText(const std::string& text, std::string& err
     if (!line.empty() && line.back() == '\r') line.pop_back();
     if (line.empty() || line.front() == '#') continue;
     const auto colon = line.find(':');
-    if (colon == 0 || colon == std::string::npos || colon + 1 == line.size() ||
-        line[colon + 1] != '$') {
+    if (colon == 0 || colon == std::string::npos) {
       error = "line " + std::to_string(number) + " is not \"user:hash\"";
       return nullptr;
     }
-    users->hashes_[line.substr(0, colon)] = line.substr(colon + 1);
+    const std::string hash = line.substr(colon + 1);
+    if (!Listener::IsPasswordHash(hash)) {
+      error = "line " + std::to_string(number) + ": not a crypt(3) hash";
+      return nullptr;
+    }
+    hashes[line.substr(0, colon)] = hash;
   }
-  return users;
-}
-
-bool Users::Check(const std::string& name, const std::string& password) const {
-  const auto found = hashes_.find(name);
-  if (found == hashes_.end()) return false;
-  // crypt_rn keeps its state in our buffer: safe on every thread at once.
-  auto data = std::make_unique<crypt_data>();
-  const char* hashed = crypt_rn(password.c_str(), found->second.c_str(), data.get(),
-                                static_cast<int>(sizeof(crypt_data)));
-  if (hashed == nullptr || hashed[0] == '*') return false;
-  const std::string& expected = found->second;
-  const std::size_t length = std::strlen(hashed);
-  if (length != expected.size()) return false;
-  unsigned char difference = 0;
-  for (std::size_t i = 0; i < length; ++i) {
-    difference |= static_cast<unsigned char>(hashed[i] ^ expected[i]);
-  }
-  return difference == 0;
+  return std::make_unique<Listener::BasicAuthUsers>(std::move(hashes));
 }
 
 }  // namespace Arq::Gnmi

@@ -73,10 +73,28 @@ View::View(std::shared_ptr<const Model::SwitchModel> model) : model_(std::move(m
     const std::size_t id = ++perPort[entry.neighbour->localPort];
     instances_[static_cast<std::size_t>(Scope::Neighbour)].push_back(
         {Scope::Neighbour, {entry.neighbour->localPort, std::to_string(id)}, &entry});
+    // One capability entry per supported capability.
+    const auto& names = LldpCapabilityNames();
+    for (std::size_t bit = 0; bit < names.size(); ++bit) {
+      if ((entry.neighbour->capabilitiesSupported.value_or(0) >> bit & 1U) == 0) continue;
+      instances_[static_cast<std::size_t>(Scope::Capability)].push_back(
+          {Scope::Capability,
+           {entry.neighbour->localPort, std::to_string(id), names[bit]},
+           &entry});
+    }
   }
   for (const auto& entry : components_) {
     instances_[static_cast<std::size_t>(Scope::Component)].push_back(
         {Scope::Component, {entry.name}, &entry});
+  }
+  // PTP clocks as PTPBASE-MIB numbers them: "<domain>.<instance in the domain>".
+  std::map<std::int32_t, int> clocks;
+  for (const auto& domain : m.ptpDomains) {
+    if (!IsServedPtpClock(domain)) continue;
+    const std::string id =
+        std::to_string(domain.domain) + "." + std::to_string(++clocks[domain.domain]);
+    instances_[static_cast<std::size_t>(Scope::PtpInstance)].push_back(
+        {Scope::PtpInstance, {id}, &domain});
   }
   for (auto& list : instances_) {
     std::sort(list.begin(), list.end(),

@@ -6,7 +6,6 @@
 
 #include "Arq/Gnmi/Encode.h"
 #include "Arq/Gnmi/Path.h"
-#include "Arq/Gnmi/Settings.h"
 #include "Arq/Gnmi/Subscription.h"
 #include "Arq/Gnmi/Users.h"
 #include "Arq/Monitoring/Model/Numbers.h"
@@ -19,7 +18,8 @@ using Index = Dto::EthCounterIndex;
 using namespace std::chrono_literals;
 
 // Four ports: eth1 over 1/1 (up), eth2 over 1/2 (down, disabled), lag1 over
-// 1/3 and 1/4; port p's counter c is 1000 * (p + 1) + c. Two neighbours on 1/1.
+// 1/3 and 1/4; port p's counter c is 1000 * (p + 1) + c. Two neighbours on 1/1
+// (bridges and routers, bridging); a PTP clock and a domain PTPBASE-MIB skips.
 std::shared_ptr<Model::SwitchModel> Fixture(std::uint64_t generation = 1) {
   auto model = std::make_shared<Model::SwitchModel>();
   model->generation = generation;
@@ -56,10 +56,24 @@ std::shared_ptr<Model::SwitchModel> Fixture(std::uint64_t generation = 1) {
     neighbour.portId = Model::LldpId{5, "Ethernet" + std::to_string(n)};
     neighbour.systemName = "peer" + std::to_string(n);
     neighbour.ttl = 120;
+    neighbour.capabilitiesSupported = 0x14;
+    neighbour.capabilitiesEnabled = 0x04;
     neighbour.managementAddress =
         Model::LldpManagementAddress{1, std::string("\x0a\x00\x00\x01", 4)};
     model->neighbours.push_back(neighbour);
   }
+  model->ptpDomains = {{0,
+                        Dto::PTPPacketType::UDP,
+                        Dto::PTPClockMode::Boundary,
+                        Dto::PTPProfile::SMPTE_2059,
+                        {"1/1", "1/2", "1/1", ""},
+                        {"1/1"}},
+                       {1,
+                        Dto::PTPPacketType::Disabled,
+                        Dto::PTPClockMode::Master,
+                        Dto::PTPProfile::SMPTE_2059,
+                        {"1/3"},
+                        {}}};
   model->collection.collectedAtWall =
       std::chrono::system_clock::time_point(std::chrono::seconds(1700000000));
   Arq::Monitoring::Numbers("").Assign(*model, 0);
@@ -91,7 +105,9 @@ Values Get(const Snapshot& snapshot, const std::string& path, KindFilter filter 
   Selection selection;
   EXPECT_TRUE(Select(gnmi::Path(), {&wire}, selection).ok()) << path;
   Values values;
-  Collect(GetNotification(snapshot, selection, filter, gnmi::JSON_IETF), values, nullptr);
+  gnmi::GetResponse answer;
+  GetAnswer(snapshot, selection, filter, gnmi::JSON_IETF, answer);
+  for (const auto& notification : answer.notification()) Collect(notification, values, nullptr);
   return values;
 }
 
@@ -171,6 +187,8 @@ TEST(GnmiLeavesTest, ServesTheMibNumbersTypedAsOpenConfigSays) {
     inErrors += c(0, k);
   }
   const std::string p = "/interfaces/interface[name=1\\/1]";
+  const std::string nb = "/lldp/interfaces/interface[name=1\\/1]/neighbors/neighbor[id=1]";
+  const std::string ptp = "/orvovia-ptp/instances/instance[id=0.1]";
   const Values expected = {
       {p + "/state/counters/in-octets", q(c(0, Index::NbOfGoodOctetsReceived))},
       {p + "/state/counters/in-unicast-pkts", q(c(0, Index::NbOfGoodUnicastFrameReceived))},
@@ -212,6 +230,16 @@ TEST(GnmiLeavesTest, ServesTheMibNumbersTypedAsOpenConfigSays) {
        "\"10.0.0.1\""},
       {"/lldp/interfaces/interface[name=1\\/1]/neighbors/neighbor[id=1]/state/ttl", "120"},
       {"/components/component[name=port-1\\/4]/state/type", "\"openconfig-platform-types:PORT\""},
+      {nb + "/capabilities/capability[name=MAC_BRIDGE]/state/name",
+       "\"openconfig-lldp-types:MAC_BRIDGE\""},
+      {nb + "/capabilities/capability[name=MAC_BRIDGE]/state/enabled", "true"},
+      {nb + "/capabilities/capability[name=ROUTER]/state/enabled", "false"},
+      {ptp + "/state/domain", "0"},
+      {ptp + "/state/clock-mode", "\"BOUNDARY\""},
+      {ptp + "/state/profile", "\"SMPTE_2059\""},
+      {ptp + "/state/transport", "\"UDP_IPV4\""},
+      {ptp + "/state/interfaces", "[\"1/1\",\"1/2\"]"},
+      {ptp + "/state/slave-interfaces", "[\"1/1\"]"},
   };
   const Values all = Get(*snapshot, "/");
   for (const auto& [path, value] : expected) {
@@ -222,6 +250,9 @@ TEST(GnmiLeavesTest, ServesTheMibNumbersTypedAsOpenConfigSays) {
   // No Ethernet leaf on a LAG, no aggregation leaf on a port.
   EXPECT_EQ(all.count("/interfaces/interface[name=lag1]/ethernet/state/port-speed"), 0U);
   EXPECT_EQ(all.count("/interfaces/interface[name=1\\/1]/aggregation/state/lag-speed"), 0U);
+  // Only the capabilities supported; no clock for the domain that does not run.
+  EXPECT_EQ(all.count(nb + "/capabilities/capability[name=OTHER]/state/enabled"), 0U);
+  EXPECT_EQ(all.count("/orvovia-ptp/instances/instance[id=1.1]/state/domain"), 0U);
 }
 
 TEST(GnmiLeavesTest, GetFiltersByKeyWildcardAndDataType) {
@@ -408,53 +439,20 @@ TEST(GnmiSubscriptionTest, QueueBoundStopsTheProducer) {
   EXPECT_EQ(queue.Bytes(), 0U);
 }
 
-TEST(GnmiUsersTest, ChecksPasswordsAgainstCryptHashes) {
+TEST(GnmiUsersTest, ReadsUserLinesWithCryptHashes) {
   // "secret" hashed with SHA-512 crypt (salt "saltsalt").
   const std::string text =
       "# users\n"
       "alice:$6$saltsalt$TVLlQcbpFVof5W3Yz4DTP6gRstiNuHwwTt6GLc1E5n0U0aDehy0S5"
-      "knV8wiOQSpT0Y77vwPZN.Pq.H91p5hVO1\n";
+      "knV8wiOQSpT0Y77vwPZN.Pq.H91p5hVO1\r\n\n";
   std::string error;
-  const auto users = Users::FromText(text, error);
+  const auto users = ParseUsers(text, error);
   ASSERT_NE(users, nullptr) << error;
   EXPECT_TRUE(users->Check("alice", "secret"));
-  EXPECT_FALSE(users->Check("alice", "Secret"));
-  EXPECT_FALSE(users->Check("bob", "secret"));
-  EXPECT_EQ(Users::FromText("alice secret\n", error), nullptr);
-  EXPECT_EQ(error, "line 1 is not \"user:hash\"");
-}
-
-TEST(GnmiSettingsTest, SplitsAddressesAndKnowsLoopback) {
-  struct Case {
-    const char* address;
-    bool ok;
-    const char* host;
-    int port;
-    bool loopback;
-  };
-  const Case cases[] = {
-      {"127.0.0.1:9339", true, "127.0.0.1", 9339, true},
-      {"127.3.4.5:1", true, "127.3.4.5", 1, true},
-      {"[::1]:9339", true, "::1", 9339, true},
-      {"localhost:0", true, "localhost", 0, true},
-      {"0.0.0.0:9339", true, "0.0.0.0", 9339, false},
-      {"[::]:9339", true, "::", 9339, false},
-      {"10.0.0.1:9339", true, "10.0.0.1", 9339, false},
-      {"127.0.0.1", false, "", 0, false},
-      {"127.0.0.1:65536", false, "", 0, false},
-      {"::1:9339", false, "", 0, false},
-      {":9339", false, "", 0, false},
-      {"127.0.0.1:x", false, "", 0, false},
-  };
-  for (const auto& c : cases) {
-    std::string host;
-    std::uint16_t port = 0;
-    ASSERT_EQ(SplitAddress(c.address, host, port), c.ok) << c.address;
-    if (!c.ok) continue;
-    EXPECT_EQ(host, c.host);
-    EXPECT_EQ(port, c.port);
-    EXPECT_EQ(IsLoopback(host), c.loopback) << c.address;
-  }
+  EXPECT_EQ(ParseUsers("# x\nalice secret\n", error), nullptr);
+  EXPECT_EQ(error, "line 2 is not \"user:hash\"");
+  EXPECT_EQ(ParseUsers("alice:secret\n", error), nullptr);
+  EXPECT_EQ(error, "line 1: not a crypt(3) hash");
 }
 
 }  // namespace

@@ -46,8 +46,12 @@ std::vector<gnmi::Notification> Notifications(const Snapshot& snapshot,
                                               const std::vector<Item>& items,
                                               gnmi::Encoding encoding, std::int64_t timestamp);
 
-// A Get answer: one notification of every selected value, full paths.
-gnmi::Notification GetNotification(const Snapshot& snapshot, const Selection& selection,
-                                   KindFilter filter, gnmi::Encoding encoding);
+// A Get answer: the selected values as the streams send them, one
+// notification per instance (its list entry as the prefix, the leaves'
+// paths below it), all stamped with the snapshot's collection time. Far
+// fewer and smaller path messages than a full path per leaf: a Get of every
+// interface of a 128-port switch builds and sends less than half as much.
+void GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter filter,
+               gnmi::Encoding encoding, gnmi::GetResponse& response);
 
 }  // namespace Arq::Gnmi

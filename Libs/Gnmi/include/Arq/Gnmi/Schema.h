@@ -51,7 +51,16 @@ struct Value {
 };
 
 // The lists of the tree; a leaf lives under at most one chain of them.
-enum class Scope : std::uint8_t { Root, Interface, LldpInterface, Neighbour, Component };
+enum class Scope : std::uint8_t {
+  Root,
+  Interface,
+  LldpInterface,
+  Neighbour,
+  Capability,  // of a neighbour
+  Component,
+  PtpInstance
+};
+inline constexpr std::size_t kScopes = 7;
 
 // How a TARGET_DEFINED subscription streams a leaf.
 enum class Cadence : std::uint8_t { OnChange, Sample };
@@ -110,7 +119,7 @@ class View {
  private:
   std::shared_ptr<const Model::SwitchModel> model_;
   std::int64_t timestamp_ = 0;
-  std::vector<Instance> instances_[5];
+  std::vector<Instance> instances_[kScopes];
 
  public:
   // What an OpenConfig interface is made of: a port (under its owning
@@ -138,5 +147,14 @@ class View {
   std::vector<NeighbourEntry> neighbours_;
   std::vector<ComponentEntry> components_;
 };
+
+// The openconfig-lldp-types system capabilities in the order of the IEEE
+// 802.1AB capability bits (bit 0: OTHER).
+const std::vector<const char*>& LldpCapabilityNames();
+
+// Whether PTPBASE-MIB serves a PTP domain of the model as a clock (a domain
+// number from 0 to 255, a known clock mode and an Ethernet or UDP transport):
+// the gNMI PTP instances are the same clocks.
+bool IsServedPtpClock(const Model::PtpDomain& domain);
 
 }  // namespace Arq::Gnmi

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace Arq::Gnmi {
 
 // How the gNMI server listens, from the environment (the daemon's command line
 // is not extended):
-//   ORVOVIA_GNMI_ADDRESS       host:port ([v6]:port); unset or empty: no server
+//   ORVOVIA_GNMI_ADDRESS       address:port as Listener::ParseEndpoint reads it (numeric
+//                              IPv4, [IPv6] or localhost); unset or empty: no server
 //   ORVOVIA_GNMI_TLS_CERT      PEM certificate chain of the server
 //   ORVOVIA_GNMI_TLS_KEY       PEM private key of the server
 //   ORVOVIA_GNMI_TLS_CLIENT_CA PEM CA bundle: clients must present a certificate it signed
@@ -36,16 +36,5 @@ struct Settings {
   static Settings FromEnvironment();
   bool Enabled() const { return !address.empty(); }
 };
-
-// The host and port of "host:port" or "[v6]:port"; false when malformed.
-bool SplitAddress(const std::string& address, std::string& host, std::uint16_t& port);
-
-// Whether a host names the loopback interface (127.0.0.0/8, ::1, localhost).
-bool IsLoopback(const std::string& host);
-
-// A whole file of at most `limit` bytes; false (with the reason) when it is
-// missing, unreadable or larger.
-bool ReadBoundedFile(const std::string& path, std::size_t limit, std::string& contents,
-                     std::string& error);
 
 }  // namespace Arq::Gnmi

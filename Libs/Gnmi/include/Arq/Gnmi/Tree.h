@@ -67,7 +67,7 @@ class Tree {
   };
   std::unique_ptr<Node> root_;
   std::vector<LeafPaths> leaves_;
-  std::vector<std::uint32_t> byScope_[5];
+  std::vector<std::uint32_t> byScope_[kScopes];
 };
 
 }  // namespace Arq::Gnmi

@@ -1,26 +1,19 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
+
+#include "Arq/Listener/BasicAuth.h"
 
 namespace Arq::Gnmi {
 
 // The users allowed to call the server: "name:hash" lines, the hash any that
 // crypt(3) verifies (yescrypt "$y$", SHA-512 "$6$", bcrypt "$2b$"); blank
 // lines and lines starting with '#' are skipped. The file is read once, at
-// start-up.
-class Users {
- public:
-  // Nothing (with the reason) when the file is missing, too large or holds a
-  // malformed line.
-  static std::unique_ptr<Users> Load(const std::string& path, std::string& error);
-  static std::unique_ptr<Users> FromText(const std::string& text, std::string& error);
-
-  bool Check(const std::string& name, const std::string& password) const;
-
- private:
-  std::map<std::string, std::string> hashes_;
-};
+// start-up, and bounded as the listeners' configuration files are. Nothing
+// (with the reason) when it is missing, too large or holds a malformed line
+// or a hash crypt(3) does not know.
+std::unique_ptr<Listener::BasicAuthUsers> LoadUsers(const std::string& path, std::string& error);
+std::unique_ptr<Listener::BasicAuthUsers> ParseUsers(const std::string& text, std::string& error);
 
 }  // namespace Arq::Gnmi
