@@ -92,19 +92,17 @@ grpc::Status Select(const gnmi::Path& prefix, const std::vector<const gnmi::Path
   return grpc::Status::OK;
 }
 
-std::vector<gnmi::Notification> Notifications(const Snapshot& snapshot,
-                                              const std::vector<Item>& items,
-                                              gnmi::Encoding encoding, std::int64_t timestamp) {
+void Notifications(const Snapshot& snapshot, const std::vector<Item>& items,
+                   gnmi::Encoding encoding, std::int64_t timestamp,
+                   google::protobuf::RepeatedPtrField<gnmi::Notification>& out) {
   const Tree& tree = Tree::Instance();
-  std::vector<gnmi::Notification> out;
   const Instance* current = nullptr;
   for (const Item& item : items) {
     const Snapshot& owner = item.owner != nullptr ? *item.owner : snapshot;
     if (item.gone != nullptr) {
-      gnmi::Notification n;
-      n.set_timestamp(timestamp);
-      ToProto(tree.InstancePath(item.gone->scope, item.gone->keys), n.add_delete_());
-      out.push_back(std::move(n));
+      gnmi::Notification* n = out.Add();
+      n->set_timestamp(timestamp);
+      ToProto(tree.InstancePath(item.gone->scope, item.gone->keys), n->add_delete_());
       current = nullptr;
       continue;
     }
@@ -112,22 +110,20 @@ std::vector<gnmi::Notification> Notifications(const Snapshot& snapshot,
     const Instance* instance = owner.instances[entry.instance];
     if (current == nullptr || current->scope != instance->scope ||
         current->keys != instance->keys) {
-      gnmi::Notification n;
-      n.set_timestamp(timestamp);
+      gnmi::Notification* n = out.Add();
+      n->set_timestamp(timestamp);
       const Path prefix = tree.Prefix(entry.leaf, instance->keys);
-      if (!prefix.elems.empty()) ToProto(prefix, n.mutable_prefix());
-      out.push_back(std::move(n));
+      if (!prefix.elems.empty()) ToProto(prefix, n->mutable_prefix());
       current = instance;
     }
     if (item.entry != nullptr) {
-      auto* update = out.back().add_update();
+      auto* update = out.Mutable(out.size() - 1)->add_update();
       ToProto(tree.Relative(entry.leaf), update->mutable_path());
       SetValue(entry.value, encoding, update->mutable_val());
     } else {
-      ToProto(tree.Relative(entry.leaf), out.back().add_delete_());
+      ToProto(tree.Relative(entry.leaf), out.Mutable(out.size() - 1)->add_delete_());
     }
   }
-  return out;
 }
 
 void GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter filter,
@@ -144,9 +140,7 @@ void GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter 
       items.push_back({&entry, nullptr, nullptr, nullptr});
     }
   }
-  for (auto& notification : Notifications(snapshot, items, encoding, snapshot.timestamp)) {
-    *response.add_notification() = std::move(notification);
-  }
+  Notifications(snapshot, items, encoding, snapshot.timestamp, *response.mutable_notification());
 }
 
 }  // namespace Arq::Gnmi

@@ -107,7 +107,9 @@ void SubscriptionCore::SelectedItems(const Snapshot& snapshot, const Selection& 
 
 bool SubscriptionCore::Send(const Snapshot& snapshot, const std::vector<Item>& items,
                             const Sink& sink) {
-  for (auto& notification : Notifications(snapshot, items, encoding_, snapshot.timestamp)) {
+  google::protobuf::RepeatedPtrField<gnmi::Notification> notifications;
+  Notifications(snapshot, items, encoding_, snapshot.timestamp, notifications);
+  for (auto& notification : notifications) {
     gnmi::SubscribeResponse response;
     *response.mutable_update() = std::move(notification);
     if (!sink(std::move(response))) return false;

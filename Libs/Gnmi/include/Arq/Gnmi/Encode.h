@@ -41,10 +41,11 @@ struct Item {
 };
 
 // Notifications of the items, one per instance (its list entry as the
-// prefix), each stamped with `timestamp`.
-std::vector<gnmi::Notification> Notifications(const Snapshot& snapshot,
-                                              const std::vector<Item>& items,
-                                              gnmi::Encoding encoding, std::int64_t timestamp);
+// prefix), each stamped with `timestamp`, appended to `out` (made on its
+// arena, if it has one).
+void Notifications(const Snapshot& snapshot, const std::vector<Item>& items,
+                   gnmi::Encoding encoding, std::int64_t timestamp,
+                   google::protobuf::RepeatedPtrField<gnmi::Notification>& out);
 
 // A Get answer: the selected values as the streams send them, one
 // notification per instance (its list entry as the prefix, the leaves'
