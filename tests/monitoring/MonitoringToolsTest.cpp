@@ -119,7 +119,12 @@ TEST_F(MonitoringToolsTest, ExporterReadsTheShippedModulesExactlyAndNoRowWithout
   }
 
   StartSwitch();
-  // A pause in the collections, so that a scrape reads one collection.
+  // A collection after the switch's first instant (its octets moved from their
+  // initial 1000000), then a pause in the collections, so that a scrape reads
+  // one collection.
+  ASSERT_TRUE(WaitUntil(
+      [&] { return setup.Master().Get("1.3.6.1.2.1.31.1.1.1.6.1001") != "Counter64: 1000000"; },
+      15s));
   setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":false}})");
   std::this_thread::sleep_for(2500ms);
   const auto interfaces = ScrapeExporter("if_mib");
