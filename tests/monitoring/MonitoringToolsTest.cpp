@@ -348,7 +348,13 @@ TEST_F(MonitoringToolsTest, CollectdWritesEveryInterfaceWithItsRatesAndNoEmptyIn
     EXPECT_NEAR(sums[1] / count, tx, tx / 2) << port;
   }
   // Up to the stop: values of the read in flight at SIGTERM may be dropped.
-  const std::string whole = ReadFile(dir + "/collectd.log");
+  // A read slower than its interval (a sanitizer build on a loaded machine)
+  // is the machine's speed, not a fault of what is read: its warning is left out.
+  const std::string whole = std::regex_replace(
+      ReadFile(dir + "/collectd.log"),
+      std::regex(R"([^\n]*\[warning\] plugin_read_thread: read-function [^\n]* took [0-9.]+ )"
+                 R"(seconds, which is above its read interval[^\n]*\n)"),
+      "");
   const std::string log = whole.substr(0, whole.find("Exiting normally"));
   EXPECT_THAT(log, testing::HasSubstr("[info] Initialization complete"));
   EXPECT_THAT(log, testing::Not(testing::HasSubstr("[warning]"))) << log;
