@@ -148,33 +148,6 @@ TEST_F(SimulatorTest, FaultsAreSwitchedThroughTheControlPort) {
   EXPECT_EQ(WEXITSTATUS(*status), 0);
 }
 
-// The simulator serving the small scenario file.
-class ScenarioSimulatorTest : public SimulatorTest {
- protected:
-  void SetUp() override { Start({"--scenario", ARQ_SCENARIO_DIR "/small.json"}); }
-};
-
-TEST_F(ScenarioSimulatorTest, ServesTheScenarioWithCountersMovingAtTheirRates) {
-  auto interfaces = Connect<ArqSwitchApi::InterfacesClient>("Interfaces");
-  std::vector<std::string> names;
-  interfaces->GetIfList(names, {});
-  EXPECT_EQ(names, (std::vector<std::string>{"eth1", "eth2", "prs1", "lag1"}));
-  // Port 1/1 receives 500 000 octets and 500 frames a millisecond: one
-  // elapsed time explains both counters, and it moves.
-  std::vector<std::int64_t> elapsedMs;
-  for (int read = 0; read < 2; ++read) {
-    if (read > 0) std::this_thread::sleep_for(300ms);
-    std::map<std::string, std::vector<ArqSwitchApi::EthCnt_t>> counters;
-    interfaces->GetCnt(counters, {}, {"whatever"});
-    const auto& port = counters.at("eth1").at(0);
-    ASSERT_EQ((port.NbOfGoodOctetsReceived - 1000000) % 500000, 0);
-    const std::int64_t ms = (port.NbOfGoodOctetsReceived - 1000000) / 500000;
-    EXPECT_EQ(port.NbOfGoodUnicastFrameReceived, 1000 + 500 * ms);
-    elapsedMs.push_back(ms);
-  }
-  EXPECT_GE(elapsedMs[1] - elapsedMs[0], 200);
-}
-
 TEST(SimulatorCommandLineTest, UnusableScenarioEndsTheProcessWithTheReason) {
   TempDir dir;
   WriteFile(dir.File("bad.json"),

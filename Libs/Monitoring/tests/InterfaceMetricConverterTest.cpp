@@ -1,21 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <syslog.h>
 
 #include <memory>
 
 #include "Arq/Monitoring/MetricConverter/InterfaceMetricConverter.h"
 #include "Arq/OrvoViaSwitch/Domain/Monitoring/OrvoViaMonitoringValues.h"
-#include "SnmpLogCapture.h"
 
 namespace {
 
 namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
 namespace Metrics = Arq::OrvoViaSwitch::Domain::Dto::Metrics;
 using Arq::Monitoring::MetricConverter::InterfaceMetricConverter;
-using Arq::Monitoring::Testing::SnmpLogCapture;
 using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
-using testing::ElementsAre;
 
 // One collection's answers, built port by port.
 struct Answers {
@@ -90,88 +86,6 @@ TEST(InterfaceMetricConverterTest, EthernetInterfaceCopiesEveryField) {
   EXPECT_EQ(values->ethernetInterfaceMetrics[1].Value(), Metrics::EthernetInterfaceMetric());
   EXPECT_EQ(InterfaceMetricConverter::ToEthStateMetric(Dto::EthState::Unknown), -1);
   EXPECT_EQ(InterfaceMetricConverter::ToEthStateMetric(Dto::EthState::Failure), 0);
-}
-
-// Each inconsistency publishes the default metric, logs its warning and
-// still counts the interface.
-TEST(InterfaceMetricConverterTest, InconsistentInterfacesArePublishedAsDefault) {
-  struct Case {
-    const char* name;
-    std::function<void(Answers&)> build;
-    std::vector<std::string> warnings;
-  };
-  const std::vector<Case> cases = {
-      {"two ports on an Ethernet interface",
-       [](Answers& a) {
-         a.Port("eth1");
-         a.Port("eth2");
-         a.Interface("eth1", Dto::IfType::Ethernet, {"eth1", "eth2"});
-       },
-       {"Inconsistent Number of Ethernet (1/2) for Interface Name: eth1\n"}},
-      {"missing port info",
-       [](Answers& a) { a.Interface("eth9", Dto::IfType::Ethernet, {"eth9"}); },
-       {"Missing Ethernet Info with Name: eth9 for Interface Name: eth9\n"}},
-      {"missing counters",
-       [](Answers& a) {
-         a.Port("eth3");
-         a.Interface("eth3", Dto::IfType::Ethernet, {"eth3"});
-         a.counters.clear();
-       },
-       {"Missing Ethernet Counters with Name: eth3 for Interface Name: eth3\n"}},
-      {"missing stats for the port",
-       [](Answers& a) {
-         a.Port("eth4");
-         a.Interface("eth4", Dto::IfType::Ethernet, {"eth4"});
-         a.stats["eth4"][0].EthName = "other";
-       },
-       {"Missing Ethernet Stats with Name: eth4 for Interface Name: eth4\n"}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    auto values = std::make_unique<Values>();
-    Answers a;
-    c.build(a);
-    SnmpLogCapture log;
-    EXPECT_EQ(a.Convert(values->ethernetInterfaceMetrics.data()), 1u);
-    EXPECT_EQ(values->ethernetInterfaceMetrics[0].Value(), Metrics::EthernetInterfaceMetric());
-    EXPECT_EQ(log.Lines(LOG_WARNING), c.warnings);
-  }
-}
-
-TEST(InterfaceMetricConverterTest, PrsAndLagMemberRules) {
-  auto values = std::make_unique<Values>();
-  Answers a;
-  for (int i = 1; i <= 13; ++i) a.Port("p" + std::to_string(i));
-  a.Interface("prsDup", Dto::IfType::BasicPrs, {"p1", "p1"});
-  a.Interface("prs3", Dto::IfType::BasicPrs, {"p1", "p2", "p3"});
-  a.Interface("prsOk", Dto::IfType::BasicPrs, {"p2", "p3"});
-  a.Interface("lag7", Dto::IfType::BasicLag, {"p1", "p2", "p3", "p4", "p5", "p6", "p7"});
-  a.Interface("lag4", Dto::IfType::BasicLag, {"p8", "p9", "p10", "p11"});
-  a.Interface("lagDup", Dto::IfType::BasicLag, {"p12", "p13", "p12"});
-  SnmpLogCapture log;
-  EXPECT_EQ(a.Convert(values->pRSInterfaceMetrics.data()), 3u);
-  EXPECT_EQ(a.Convert(values->lAGInterfaceMetrics.data()), 3u);
-  EXPECT_THAT(log.Lines(LOG_WARNING),
-              ElementsAre("Duplicate Ethernet Name: p1 for Interface Name: prsDup\n",
-                          "Inconsistent Number of Ethernet (2/3) for Interface Name: prs3\n",
-                          "Inconsistent Number of Ethernet (6/7) for Interface Name: lag7\n",
-                          "Duplicate Ethernet Name: p12 for Interface Name: lagDup\n"));
-  EXPECT_EQ(values->pRSInterfaceMetrics[0].Value(), Metrics::PRSInterfaceMetric());
-  EXPECT_EQ(values->pRSInterfaceMetrics[1].Value(), Metrics::PRSInterfaceMetric());
-  const auto prs = values->pRSInterfaceMetrics[2].Value();
-  EXPECT_EQ(prs.name, "prsOk");
-  EXPECT_EQ(prs.ethernets[0].ethName, "p2");
-  EXPECT_EQ(prs.ethernets[1].ethName, "p3");
-
-  EXPECT_EQ(values->lAGInterfaceMetrics[0].Value(), Metrics::LAGInterfaceMetric());
-  const auto lag = values->lAGInterfaceMetrics[1].Value();
-  EXPECT_EQ(lag.name, "lag4");
-  EXPECT_EQ(lag.vlanId, 42);
-  EXPECT_EQ(lag.nbEthernetPorts, 4);
-  EXPECT_EQ(lag.ethernets[3].ethName, "p11");
-  EXPECT_EQ(lag.ethernets[4], Metrics::EthernetMetric());
-  EXPECT_EQ(lag.ethernets[5], Metrics::EthernetMetric());
-  EXPECT_EQ(values->lAGInterfaceMetrics[2].Value(), Metrics::LAGInterfaceMetric());
 }
 
 TEST(InterfaceMetricConverterTest, CapacityOrderAndShiftWhenAnInterfaceDisappears) {

@@ -11,9 +11,7 @@ namespace {
 namespace Dto = Arq::OrvoViaSwitch::Domain::Dto;
 namespace Metrics = Arq::OrvoViaSwitch::Domain::Dto::Metrics;
 namespace Tlv = Arq::Monitoring::MetricConverter::LldpTlv;
-using Arq::Monitoring::MetricConverter::ConfigMetricConverter;
 using Arq::Monitoring::MetricConverter::LLDPMetricConverter;
-using Arq::Monitoring::MetricConverter::PTPMetricConverter;
 using Values = Arq::OrvoViaSwitch::Domain::Monitoring::OrvoViaMonitoringValues_s;
 
 std::string B(std::initializer_list<int> bytes) {
@@ -108,34 +106,6 @@ TEST(LldpTlvTest, SystemDescriptionSplit) {
   }
 }
 
-TEST(LLDPMetricConverterTest, NeighbourFieldsFromWholeTlvs) {
-  Dto::LldpInfo info;
-  info.IfName = "eth21";
-  info.Tlv[Dto::LldpTlvType::ChassisId] = Tlv::Encode(1, B({4, 0, 0x1b, 0x21, 0x3a, 0x4f, 0x5e}));
-  info.Tlv[Dto::LldpTlvType::PortId] = Tlv::Encode(2, B({5}) + "Ethernet1/49");
-  info.Tlv[Dto::LldpTlvType::TimeToLive] = Tlv::Encode(3, B({0, 120}));
-  info.Tlv[Dto::LldpTlvType::SystemName] = Tlv::Encode(5, "core-sw-01");
-  info.Tlv[Dto::LldpTlvType::SystemDescription] = Tlv::Encode(6, "Arq X; SN1; 5.4.1");
-  info.Tlv[Dto::LldpTlvType::ManagementAddress] = Tlv::Encode(8, B({5, 1, 10, 20, 0, 1}));
-  EXPECT_EQ(LLDPMetricConverter::ToLLDPInfoMetric(info),
-            (Metrics::LLDPInfoMetric{"eth21", "5.4.1", "Arq X", "core-sw-01", "00:1b:21:3a:4f:5e",
-                                     "10.20.0.1", "", "Ethernet1/49", 120, "SN1"}));
-
-  // A Port Description wins over the Port ID's name; a MAC Port ID gives no name.
-  info.Tlv[Dto::LldpTlvType::PortDescription] = Tlv::Encode(4, "uplink 3");
-  EXPECT_EQ(LLDPMetricConverter::ToLLDPInfoMetric(info).interfaceName, "uplink 3");
-  info.Tlv.erase(Dto::LldpTlvType::PortDescription);
-  info.Tlv[Dto::LldpTlvType::PortId] = Tlv::Encode(2, B({3, 2, 0, 0, 0, 0, 9}));
-  const auto metric = LLDPMetricConverter::ToLLDPInfoMetric(info);
-  EXPECT_EQ(metric.macAddress, "02:00:00:00:00:09");
-  EXPECT_EQ(metric.interfaceName, "");
-  // Truncated or empty TLVs leave the defaults (arbitrary bytes: the fuzz target).
-  Dto::LldpInfo truncated;
-  truncated.Tlv[Dto::LldpTlvType::SystemName] = B({0x0a, 0x7f, 'x'});
-  truncated.Tlv[Dto::LldpTlvType::ChassisId] = "";
-  EXPECT_EQ(LLDPMetricConverter::ToLLDPInfoMetric(truncated), Metrics::LLDPInfoMetric());
-}
-
 TEST(LLDPMetricConverterTest, LocalIdentityAndNeighbourHolders) {
   auto values = std::make_unique<Values>();
   Dto::LldpConfig config;
@@ -167,33 +137,6 @@ TEST(LLDPMetricConverterTest, LocalIdentityAndNeighbourHolders) {
   EXPECT_EQ(values->lLDPInfoMetrics[0].Value().localInterface, "eth0");
   EXPECT_EQ(values->lLDPInfoMetrics[1].Value().localInterface, "eth99");
   EXPECT_EQ(values->lLDPInfoMetrics[2].Value(), Metrics::LLDPInfoMetric());
-}
-
-TEST(PTPAndConfigMetricConverterTest, FiveRecordsJoinedListsAndConfigState) {
-  auto values = std::make_unique<Values>();
-  std::vector<Dto::PTPConfig> configs(6);
-  configs[0].Domain = 127;
-  configs[0].PacketType = Dto::PTPPacketType::UDP;
-  configs[0].ClockMode = Dto::PTPClockMode::Transparent;
-  configs[0].IfList = {"eth1", "eth2", "eth3"};
-  configs[4].Domain = 4;
-  EXPECT_EQ(PTPMetricConverter::ToMetric(configs, values->pTPMetrics.data()), 6u);
-  const auto first = values->pTPMetrics[0].Value();
-  EXPECT_EQ(first.domain, 127);
-  EXPECT_EQ(first.packetType, 2);
-  EXPECT_EQ(first.clockMode, 0);
-  EXPECT_EQ(first.interfaces, "eth1 eth2 eth3");
-  EXPECT_EQ(values->pTPMetrics[4].Value().domain, 4);
-  configs.clear();
-  EXPECT_EQ(PTPMetricConverter::ToMetric(configs, values->pTPMetrics.data()), 0u);
-  EXPECT_EQ(values->pTPMetrics[0].Value(), Metrics::PTPMetric());
-
-  Dto::ConfigFile file;
-  file.Name = "studio.cfg";
-  file.State = Dto::ConfigState::altered;
-  ConfigMetricConverter::ToMetric(file, &values->currentConfigMetric);
-  EXPECT_EQ(values->currentConfigMetric.Value().name, "studio.cfg");
-  EXPECT_EQ(values->currentConfigMetric.Value().state, 1);
 }
 
 }  // namespace

@@ -219,22 +219,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "t.json: management.versions.Kernel: not a module: Manager, API or Package"}),
     [](const ::testing::TestParamInfo<BadScenario>& info) { return info.param.name; });
 
-TEST(ScenarioLoadTest, ErrorsNameTheFileTheyComeFrom) {
-  TestSupport::TempDir dir;
-  TestSupport::WriteFile(dir.File("bad.json"), "{\"ptp\": [{\"domain\": 300}]}");
-  const std::pair<std::string, std::string> cases[] = {
-      {dir.File("absent.json"), ": cannot open the scenario file"},
-      {dir.File("bad.json"), ": ptp[0].domain: 300 is not in -128..127"}};
-  for (const auto& [path, problem] : cases) {
-    try {
-      Scenario::Load(path);
-      ADD_FAILURE() << "loaded " << path;
-    } catch (const ScenarioError& error) {
-      EXPECT_EQ(std::string(error.what()), path + problem);
-    }
-  }
-}
-
 TEST(ScenarioLoadTest, LargeScenarioFilesAreWhatTheirScriptWrites) {
   TestSupport::TempDir dir;
   const auto result =
