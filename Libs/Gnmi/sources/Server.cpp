@@ -452,7 +452,7 @@ void GnmiServer::Impl::Publisher() {
     std::optional<Changes> changes;
     // Every snapshot not yet diffed is, whatever woke the thread: a periodic
     // tick may find a model published before its observer call came.
-    if (current != last) changes = Diff(*last, *current);
+    if (current != last && !alive.empty()) changes = Diff(*last, *current);
     due = SteadyClock::time_point::max();
     for (const auto& link : alive) {
       std::lock_guard<std::mutex> lock(link->mutex);

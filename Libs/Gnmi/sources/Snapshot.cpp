@@ -40,49 +40,52 @@ std::shared_ptr<const Snapshot> MakeSnapshot(std::shared_ptr<const Model::Switch
 
 Changes Diff(const Snapshot& before, const Snapshot& after) {
   Changes changes;
-  std::size_t b = 0;
-  std::size_t a = 0;
   const auto& be = before.entries;
   const auto& ae = after.entries;
-  // Both are sorted by (instance order, leaf), and the instance order is the
-  // same (scope, keys) order in both: one merge.
-  while (b < be.size() || a < ae.size()) {
+  // Instances are in the same (scope, keys) order in both, and entries are
+  // grouped by instance, leaves in order: one merge of the instances, and for
+  // each instance in both one merge of its leaves, comparing keys once per
+  // instance rather than once per leaf.
+  std::size_t b = 0;
+  std::size_t a = 0;
+  std::size_t bi = 0;
+  std::size_t ai = 0;
+  const auto inB = [&] { return b < be.size() && be[b].instance == bi; };
+  const auto inA = [&] { return a < ae.size() && ae[a].instance == ai; };
+  while (bi < before.instances.size() || ai < after.instances.size()) {
     int order = 0;
-    if (b == be.size()) {
+    if (bi == before.instances.size()) {
       order = 1;
-    } else if (a == ae.size()) {
+    } else if (ai == after.instances.size()) {
       order = -1;
     } else {
-      order = Compare(*before.instances[be[b].instance], *after.instances[ae[a].instance]);
-      if (order == 0 && be[b].leaf != ae[a].leaf) order = be[b].leaf < ae[a].leaf ? -1 : 1;
+      order = Compare(*before.instances[bi], *after.instances[ai]);
     }
-    if (order == 0) {
-      if (be[b].value != ae[a].value) changes.updated.push_back(&ae[a]);
-      ++a;
-      ++b;
-    } else if (order > 0) {
-      changes.updated.push_back(&ae[a++]);
-    } else {
-      changes.removed.push_back(&be[b++]);
+    if (order < 0) {
+      // Went away: its leaves are not reported one by one.
+      changes.gone.push_back(before.instances[bi]);
+      while (inB()) ++b;
+      ++bi;
+      continue;
     }
-  }
-  // Instances that went away: their leaves are not reported one by one.
-  std::size_t i = 0;
-  for (const Instance* instance : before.instances) {
-    while (i < after.instances.size() && Compare(*after.instances[i], *instance) < 0) ++i;
-    if (i == after.instances.size() || Compare(*after.instances[i], *instance) != 0) {
-      changes.gone.push_back(instance);
+    if (order > 0) {
+      while (inA()) changes.updated.push_back(&ae[a++]);
+      ++ai;
+      continue;
     }
-  }
-  if (!changes.gone.empty()) {
-    std::vector<const Snapshot::Entry*> kept;
-    for (const auto* entry : changes.removed) {
-      const Instance* owner = before.instances[entry->instance];
-      bool gone = false;
-      for (const Instance* g : changes.gone) gone = gone || g == owner;
-      if (!gone) kept.push_back(entry);
+    while (inB() || inA()) {
+      if (inB() && inA() && be[b].leaf == ae[a].leaf) {
+        if (be[b].value != ae[a].value) changes.updated.push_back(&ae[a]);
+        ++a;
+        ++b;
+      } else if (inA() && (!inB() || ae[a].leaf < be[b].leaf)) {
+        changes.updated.push_back(&ae[a++]);
+      } else {
+        changes.removed.push_back(&be[b++]);
+      }
     }
-    changes.removed = std::move(kept);
+    ++bi;
+    ++ai;
   }
   return changes;
 }

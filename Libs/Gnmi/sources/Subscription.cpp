@@ -128,9 +128,13 @@ std::vector<Item> SubscriptionCore::Ordered(std::vector<Item> items) {
            : item.removed != nullptr ? static_cast<const void*>(item.removed)
                                      : static_cast<const void*>(item.entry);
   };
-  std::stable_sort(items.begin(), items.end(), [&](const Item& a, const Item& b) {
+  const auto before = [&](const Item& a, const Item& b) {
     return rank(a) != rank(b) ? rank(a) < rank(b) : std::less<>()(key(a), key(b));
-  });
+  };
+  // The items of one selection over one snapshot come in order already.
+  if (!std::is_sorted(items.begin(), items.end(), before)) {
+    std::stable_sort(items.begin(), items.end(), before);
+  }
   items.erase(std::unique(items.begin(), items.end(),
                           [&](const Item& a, const Item& b) { return key(a) == key(b); }),
               items.end());
