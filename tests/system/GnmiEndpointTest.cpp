@@ -25,6 +25,7 @@ using namespace std::chrono_literals;
 constexpr const char* kHash = "$2b$04$RiBzOAtrejI/i798Oo5.P.KRkyBpc7nV6FFd.oeqkIUcWuZGjByxq";
 const std::string kScenario = std::string(ARQ_SOURCE_DIR) + "/etc/simulator/ports-128.json";
 
+// `text` as JSON; a failure that shows it when it is not.
 Json::Value Parse(const std::string& text) {
   Json::Value value;
   std::istringstream in(text);
