@@ -237,7 +237,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
   void Answer(Produce produce) {
     {
       std::lock_guard<std::mutex> core(coreMutex_);
-      produce([this](Outgoing response) {
+      produce([this](Response response) {
         std::lock_guard<std::mutex> lock(mutex_);
         if (ending_) return false;
         if (!queue_.Push(std::move(response))) {
@@ -278,7 +278,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
       inFlight_ = queue_.Pop();
       writing_ = true;
       lock.unlock();
-      StartWrite(inFlight_.response);
+      StartWrite(&inFlight_);
       return;
     }
     if (!ending_) return;
@@ -299,7 +299,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
 
   std::mutex mutex_;
   BoundedQueue queue_;
-  Outgoing inFlight_;
+  Response inFlight_;
   bool writing_ = false;
   bool ending_ = false;
   bool finished_ = false;

@@ -4,28 +4,15 @@
 
 namespace Arq::Gnmi {
 
-namespace {
-
-// Blocks from 8 KiB, for a change of a few leaves, growing to 256 KiB, for a
-// tick of every leaf (blocks that large are mapped and unmapped, not kept).
-std::shared_ptr<google::protobuf::Arena> NewArena() {
-  google::protobuf::ArenaOptions options;
-  options.start_block_size = std::size_t{8} * 1024;
-  options.max_block_size = std::size_t{256} * 1024;
-  return std::make_shared<google::protobuf::Arena>(options);
-}
-
-}  // namespace
-
-bool BoundedQueue::Push(Outgoing response) {
-  const std::size_t size = response.response->ByteSizeLong();
+bool BoundedQueue::Push(gnmi::SubscribeResponse response) {
+  const std::size_t size = response.ByteSizeLong();
   if (bytes_ + size > maxBytes_) return false;
   bytes_ += size;
   items_.emplace_back(size, std::move(response));
   return true;
 }
 
-Outgoing BoundedQueue::Pop() {
+gnmi::SubscribeResponse BoundedQueue::Pop() {
   auto [size, response] = std::move(items_.front());
   items_.pop_front();
   bytes_ -= size;
@@ -120,15 +107,12 @@ void SubscriptionCore::SelectedItems(const Snapshot& snapshot, const Selection& 
 
 bool SubscriptionCore::Send(const Snapshot& snapshot, const std::vector<Item>& items,
                             const Sink& sink) {
-  const auto arena = NewArena();
-  auto* notifications =
-      google::protobuf::Arena::Create<google::protobuf::RepeatedPtrField<gnmi::Notification>>(
-          arena.get());
-  Notifications(snapshot, items, encoding_, snapshot.timestamp, *notifications);
-  for (auto& notification : *notifications) {
-    auto* response = google::protobuf::Arena::CreateMessage<gnmi::SubscribeResponse>(arena.get());
-    response->mutable_update()->Swap(&notification);  // both on the arena: no copy
-    if (!sink({arena, response})) return false;
+  google::protobuf::RepeatedPtrField<gnmi::Notification> notifications;
+  Notifications(snapshot, items, encoding_, snapshot.timestamp, notifications);
+  for (auto& notification : notifications) {
+    gnmi::SubscribeResponse response;
+    *response.mutable_update() = std::move(notification);
+    if (!sink(std::move(response))) return false;
   }
   return true;
 }
@@ -164,10 +148,9 @@ bool SubscriptionCore::Initial(const std::shared_ptr<const Snapshot>& snapshot, 
     if (!Send(*snapshot, items, sink)) return false;
   }
   for (auto& entry : entries_) entry.lastSent = snapshot;
-  const auto arena = NewArena();
-  auto* sync = google::protobuf::Arena::CreateMessage<gnmi::SubscribeResponse>(arena.get());
-  sync->set_sync_response(true);
-  return sink({arena, sync});
+  gnmi::SubscribeResponse sync;
+  sync.set_sync_response(true);
+  return sink(std::move(sync));
 }
 
 bool SubscriptionCore::OnChanges(const Snapshot& before, const Snapshot& after,

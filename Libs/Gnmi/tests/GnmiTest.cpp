@@ -277,9 +277,9 @@ struct Recorder {
   std::vector<gnmi::SubscribeResponse> responses;
   std::size_t limit = 1000000;
   SubscriptionCore::Sink Sink() {
-    return [this](Outgoing r) {
+    return [this](gnmi::SubscribeResponse r) {
       if (responses.size() >= limit) return false;
-      responses.push_back(*r.response);
+      responses.push_back(std::move(r));
       return true;
     };
   }
@@ -427,7 +427,7 @@ TEST(GnmiSubscriptionTest, QueueBoundStopsTheProducer) {
       core.Start(List(gnmi::SubscriptionList::STREAM, {{"/", gnmi::SAMPLE, 0}}), SteadyClock::now())
           .ok());
   std::size_t pushed = 0;
-  const bool delivered = core.Initial(Snap(Fixture()), [&](Outgoing r) {
+  const bool delivered = core.Initial(Snap(Fixture()), [&](gnmi::SubscribeResponse r) {
     if (!queue.Push(std::move(r))) return false;
     ++pushed;
     return true;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <google/protobuf/arena.h>
 #include <grpcpp/support/status.h>
 
 #include <chrono>
@@ -15,15 +14,6 @@ namespace Arq::Gnmi {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// One response to write. The responses of one answer (the first one, a
-// tick, a change) live on one arena, freed when the last of them has been
-// written: an answer of thousands of updates costs a few block allocations
-// rather than several allocations per update.
-struct Outgoing {
-  std::shared_ptr<google::protobuf::Arena> arena;
-  gnmi::SubscribeResponse* response = nullptr;
-};
-
 // The responses waiting to be written to one stream, bounded in bytes: a
 // client that stops reading fills it and the stream is ended, never the
 // daemon's memory.
@@ -31,16 +21,16 @@ class BoundedQueue {
  public:
   explicit BoundedQueue(std::size_t maxBytes) : maxBytes_(maxBytes) {}
   // False (and nothing queued) when the response would pass the bound.
-  bool Push(Outgoing response);
+  bool Push(gnmi::SubscribeResponse response);
   bool Empty() const { return items_.empty(); }
-  Outgoing Pop();
+  gnmi::SubscribeResponse Pop();
   std::size_t Bytes() const { return bytes_; }
   void Clear();
 
  private:
   std::size_t maxBytes_;
   std::size_t bytes_ = 0;
-  std::deque<std::pair<std::size_t, Outgoing>> items_;
+  std::deque<std::pair<std::size_t, gnmi::SubscribeResponse>> items_;
 };
 
 // What one Subscribe RPC asked, and what it has been sent: turns snapshots,
@@ -48,7 +38,7 @@ class BoundedQueue {
 // the stream feeds it and writes out what it gives.
 class SubscriptionCore {
  public:
-  using Sink = std::function<bool(Outgoing)>;  // false: overflow
+  using Sink = std::function<bool(gnmi::SubscribeResponse)>;  // false: overflow
 
   // Sample intervals below this are raised to it; a SAMPLE without an
   // interval gets the default; TARGET_DEFINED samples counters this often.
