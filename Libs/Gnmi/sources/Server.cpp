@@ -185,14 +185,15 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
   void OnModel(const std::shared_ptr<const Snapshot>& before,
                const std::shared_ptr<const Snapshot>& after, const Changes& changes) {
     Answer([&](const Sink& sink) {
-      if (after->generation <= base_) return true;
+      // Before the first answer, which is taken from the newest model.
+      if (!initialized_ || after->generation <= base_) return true;
       base_ = after->generation;
       return core_.OnChanges(*before, *after, changes, sink);
     });
   }
   SteadyClock::time_point Tick(const std::shared_ptr<const Snapshot>& snapshot,
                                SteadyClock::time_point now) {
-    Answer([&](const Sink& sink) { return core_.Tick(snapshot, now, sink); });
+    Answer([&](const Sink& sink) { return !initialized_ || core_.Tick(snapshot, now, sink); });
     std::lock_guard<std::mutex> lock(coreMutex_);
     return core_.NextDue();
   }
@@ -220,16 +221,18 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
       return;
     }
     started_ = true;
-    const auto snapshot = server_.Current();
+    // A stream is registered before its first snapshot is taken, and that
+    // snapshot is taken under the core's lock: a model published after it
+    // reaches the stream through OnModel, and one published before is in it.
+    // (Registered after, a model published in between reached neither.)
+    if (core_.mode() == gnmi::SubscriptionList::STREAM) server_.Register(link_);
     Answer([&](const Sink& sink) {
+      const auto snapshot = server_.Current();
       base_ = snapshot->generation;
+      initialized_ = true;
       return core_.Initial(snapshot, sink);
     });
-    if (core_.mode() == gnmi::SubscriptionList::ONCE) {
-      EndWith(grpc::Status::OK);
-    } else if (core_.mode() == gnmi::SubscriptionList::STREAM) {
-      server_.Register(link_);
-    }
+    if (core_.mode() == gnmi::SubscriptionList::ONCE) EndWith(grpc::Status::OK);
   }
 
   // Runs `produce` with a sink into the queue, then writes.
@@ -295,7 +298,8 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
 
   std::mutex coreMutex_;
   SubscriptionCore core_;
-  std::uint64_t base_ = 0;  // the generation the stream is up to
+  std::uint64_t base_ = 0;    // the generation the stream is up to
+  bool initialized_ = false;  // the first answer is queued
 
   std::mutex mutex_;
   BoundedQueue queue_;
