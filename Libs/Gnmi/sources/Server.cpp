@@ -21,8 +21,8 @@
 namespace Arq::Gnmi {
 namespace {
 
-using Request = gnmi::SubscribeRequest;
-using Response = gnmi::SubscribeResponse;
+using Request = grpc::ByteBuffer;
+using Response = grpc::ByteBuffer;
 
 // The value of a request's metadata entry, or empty.
 std::string Metadata(const grpc::CallbackServerContext* context, const char* key) {
@@ -32,39 +32,20 @@ std::string Metadata(const grpc::CallbackServerContext* context, const char* key
                                  : std::string(found->second.data(), found->second.size());
 }
 
-// Each Get's request and answer on an arena of their own. A Get of every
-// interface is megabytes of small messages; allocated one by one on gRPC's
-// threads, glibc kept what they freed in those threads' arenas (+20 MB
-// resident for good after a few hundred Gets). On the arena they are carved
-// from blocks of kArenaBlock and more, which the fixed mmap threshold set in
-// Create maps and unmaps when gRPC has sent the answer.
-constexpr std::size_t kArenaBlock = std::size_t{256} * 1024;
+// Answers are written in their wire form (Encode.h) and leave as one slice,
+// handed over without a copy.
+grpc::ByteBuffer Buffer(std::string bytes) {
+  auto* owned = new std::string(std::move(bytes));
+  grpc::Slice slice(
+      owned->data(), owned->size(), [](void* p) { delete static_cast<std::string*>(p); }, owned);
+  return {&slice, 1};
+}
 
-class ArenaGetAllocator final : public grpc::MessageAllocator<gnmi::GetRequest, gnmi::GetResponse> {
- public:
-  grpc::MessageHolder<gnmi::GetRequest, gnmi::GetResponse>* AllocateMessages() override {
-    return new Holder;
-  }
-
- private:
-  class Holder final : public grpc::MessageHolder<gnmi::GetRequest, gnmi::GetResponse> {
-   public:
-    Holder() : arena_(Options()) {
-      set_request(google::protobuf::Arena::CreateMessage<gnmi::GetRequest>(&arena_));
-      set_response(google::protobuf::Arena::CreateMessage<gnmi::GetResponse>(&arena_));
-    }
-    void Release() override { delete this; }
-
-   private:
-    static google::protobuf::ArenaOptions Options() {
-      google::protobuf::ArenaOptions options;
-      options.start_block_size = kArenaBlock;
-      options.max_block_size = std::size_t{1024} * 1024;
-      return options;
-    }
-    google::protobuf::Arena arena_;
-  };
-};
+// The glibc mmap threshold while the server runs, fixed as the Prometheus
+// endpoint fixes it: a Get answer (megabytes for every interface) is mapped
+// and unmapped, where the sliding threshold would rise to its size and serve
+// later ones from a heap that keeps them resident.
+constexpr std::size_t kMmapThreshold = std::size_t{256} * 1024;
 
 // A Subscribe RPC answered with one status and nothing else.
 class Refused final : public grpc::ServerBidiReactor<Request, Response> {
@@ -83,7 +64,12 @@ struct StreamLink {
   Stream* stream = nullptr;
 };
 
-struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
+// Get and Subscribe are served raw: their answers are written in wire form.
+using Service = gnmi::gNMI::WithCallbackMethod_Capabilities<
+    gnmi::gNMI::WithRawCallbackMethod_Get<gnmi::gNMI::WithCallbackMethod_Set<
+        gnmi::gNMI::WithRawCallbackMethod_Subscribe<gnmi::gNMI::Service>>>>;
+
+struct GnmiServer::Impl final : public Service {
   Impl(Settings settings, Model::SwitchModelStore& store)
       : settings(std::move(settings)), store(store) {}
   ~Impl() override;
@@ -92,8 +78,8 @@ struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
                                          const gnmi::CapabilityRequest* request,
                                          gnmi::CapabilityResponse* response) override;
   grpc::ServerUnaryReactor* Get(grpc::CallbackServerContext* context,
-                                const gnmi::GetRequest* request,
-                                gnmi::GetResponse* response) override;
+                                const grpc::ByteBuffer* raw,
+                                grpc::ByteBuffer* response) override;
   grpc::ServerUnaryReactor* Set(grpc::CallbackServerContext* context,
                                 const gnmi::SetRequest* request,
                                 gnmi::SetResponse* response) override;
@@ -108,7 +94,6 @@ struct GnmiServer::Impl final : public gnmi::gNMI::CallbackService {
   Settings settings;
   Model::SwitchModelStore& store;
   std::unique_ptr<Listener::BasicAuthUsers> users;
-  ArenaGetAllocator getAllocator;  // outlives the server, stopped in ~Impl
   std::unique_ptr<grpc::Server> server;
   int port = 0;
   std::atomic<std::size_t> subscriptions{0};
@@ -146,13 +131,18 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
       if (!started_ || core_.mode() != gnmi::SubscriptionList::STREAM) EndWith(grpc::Status::OK);
       return;
     }
+    gnmi::SubscribeRequest request;
+    if (!grpc::SerializationTraits<gnmi::SubscribeRequest>::Deserialize(&request_, &request).ok()) {
+      EndWith({grpc::StatusCode::INVALID_ARGUMENT, "malformed SubscribeRequest"});
+      return;
+    }
     if (!started_) {
-      if (!request_.has_subscribe()) {
+      if (!request.has_subscribe()) {
         EndWith({grpc::StatusCode::INVALID_ARGUMENT, "the first request must subscribe"});
         return;
       }
-      StartSubscription();
-    } else if (request_.has_poll() && core_.mode() == gnmi::SubscriptionList::POLL) {
+      StartSubscription(request.subscribe());
+    } else if (request.has_poll() && core_.mode() == gnmi::SubscriptionList::POLL) {
       Answer([&](const Sink& sink) { return core_.Initial(server_.Current(), sink); });
     } else {
       EndWith({grpc::StatusCode::INVALID_ARGUMENT, "only Poll may follow a POLL subscription"});
@@ -210,11 +200,11 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
  private:
   using Sink = SubscriptionCore::Sink;
 
-  void StartSubscription() {
+  void StartSubscription(const gnmi::SubscriptionList& list) {
     grpc::Status status;
     {
       std::lock_guard<std::mutex> lock(coreMutex_);
-      status = core_.Start(request_.subscribe(), SteadyClock::now());
+      status = core_.Start(list, SteadyClock::now());
     }
     if (!status.ok()) {
       EndWith(status);
@@ -240,7 +230,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
   void Answer(Produce produce) {
     {
       std::lock_guard<std::mutex> core(coreMutex_);
-      produce([this](Response response) {
+      produce([this](std::string response) {
         std::lock_guard<std::mutex> lock(mutex_);
         if (ending_) return false;
         if (!queue_.Push(std::move(response))) {
@@ -278,7 +268,7 @@ class Stream final : public grpc::ServerBidiReactor<Request, Response> {
     std::unique_lock<std::mutex> lock(mutex_);
     if (writing_ || finished_) return;
     if (!queue_.Empty()) {
-      inFlight_ = queue_.Pop();
+      inFlight_ = Buffer(queue_.Pop());
       writing_ = true;
       lock.unlock();
       StartWrite(&inFlight_);
@@ -364,10 +354,18 @@ grpc::ServerUnaryReactor* GnmiServer::Impl::Capabilities(grpc::CallbackServerCon
 }
 
 grpc::ServerUnaryReactor* GnmiServer::Impl::Get(grpc::CallbackServerContext* context,
-                                                const gnmi::GetRequest* request,
-                                                gnmi::GetResponse* response) {
+                                                const grpc::ByteBuffer* raw,
+                                                grpc::ByteBuffer* response) {
   auto* reactor = context->DefaultReactor();
   grpc::Status status = Authorize(context);
+  gnmi::GetRequest parsed;
+  const gnmi::GetRequest* request = &parsed;
+  if (status.ok()) {
+    grpc::ByteBuffer copy(*raw);  // Deserialize takes the buffer's slices
+    if (!grpc::SerializationTraits<gnmi::GetRequest>::Deserialize(&copy, &parsed).ok()) {
+      status = {grpc::StatusCode::INVALID_ARGUMENT, "malformed GetRequest"};
+    }
+  }
   if (status.ok() && !Served(request->encoding())) {
     status = {grpc::StatusCode::UNIMPLEMENTED, "encodings served: JSON_IETF, PROTO"};
   }
@@ -394,7 +392,7 @@ grpc::ServerUnaryReactor* GnmiServer::Impl::Get(grpc::CallbackServerContext* con
     }
   }
   if (status.ok()) {
-    GetAnswer(*Current(), selection, filter, request->encoding(), *response);
+    *response = Buffer(GetAnswer(*Current(), selection, filter, request->encoding()));
   }
   reactor->Finish(status);
   return reactor;
@@ -521,11 +519,7 @@ std::unique_ptr<GnmiServer> GnmiServer::Create(const Settings& settings,
   grpc::ServerBuilder builder;
   const std::string address = endpoint->ToString();
   builder.AddListeningPort(address, credentials, &impl->port);
-  // Fixed, as the Prometheus endpoint fixes it (the same 256 KiB): glibc's
-  // sliding threshold would rise to the first freed block and serve the next
-  // ones from a heap that keeps them resident.
-  mallopt(M_MMAP_THRESHOLD, static_cast<int>(kArenaBlock));  // NOLINT(concurrency-mt-unsafe)
-  impl->SetMessageAllocatorFor_Get(&impl->getAllocator);
+  mallopt(M_MMAP_THRESHOLD, static_cast<int>(kMmapThreshold));  // NOLINT(concurrency-mt-unsafe)
   builder.RegisterService(impl.get());
   builder.SetMaxReceiveMessageSize(settings.maxReceiveBytes);
   builder.AddChannelArgument(GRPC_ARG_MAX_CONCURRENT_STREAMS, settings.maxConcurrentStreams);

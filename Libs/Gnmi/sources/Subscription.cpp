@@ -4,19 +4,18 @@
 
 namespace Arq::Gnmi {
 
-bool BoundedQueue::Push(gnmi::SubscribeResponse response) {
-  const std::size_t size = response.ByteSizeLong();
-  if (bytes_ + size > maxBytes_) return false;
-  bytes_ += size;
-  items_.emplace_back(size, std::move(response));
+bool BoundedQueue::Push(std::string response) {
+  if (bytes_ + response.size() > maxBytes_) return false;
+  bytes_ += response.size();
+  items_.push_back(std::move(response));
   return true;
 }
 
-gnmi::SubscribeResponse BoundedQueue::Pop() {
-  auto [size, response] = std::move(items_.front());
+std::string BoundedQueue::Pop() {
+  std::string response = std::move(items_.front());
   items_.pop_front();
-  bytes_ -= size;
-  return std::move(response);
+  bytes_ -= response.size();
+  return response;
 }
 
 void BoundedQueue::Clear() {
@@ -107,14 +106,16 @@ void SubscriptionCore::SelectedItems(const Snapshot& snapshot, const Selection& 
 
 bool SubscriptionCore::Send(const Snapshot& snapshot, const std::vector<Item>& items,
                             const Sink& sink) {
-  google::protobuf::RepeatedPtrField<gnmi::Notification> notifications;
-  Notifications(snapshot, items, encoding_, snapshot.timestamp, notifications);
-  for (auto& notification : notifications) {
-    gnmi::SubscribeResponse response;
-    *response.mutable_update() = std::move(notification);
-    if (!sink(std::move(response))) return false;
-  }
-  return true;
+  bool delivered = true;
+  Notifications(snapshot, items, encoding_, snapshot.timestamp,
+                [&](const std::string& notification) {
+                  if (!delivered) return;
+                  std::string response;
+                  response.reserve(notification.size() + 8);
+                  Wire::Field(response, gnmi::SubscribeResponse::kUpdateFieldNumber, notification);
+                  delivered = sink(std::move(response));
+                });
+  return delivered;
 }
 
 std::vector<Item> SubscriptionCore::Ordered(std::vector<Item> items) {
@@ -148,8 +149,8 @@ bool SubscriptionCore::Initial(const std::shared_ptr<const Snapshot>& snapshot, 
     if (!Send(*snapshot, items, sink)) return false;
   }
   for (auto& entry : entries_) entry.lastSent = snapshot;
-  gnmi::SubscribeResponse sync;
-  sync.set_sync_response(true);
+  std::string sync;
+  Wire::Field(sync, gnmi::SubscribeResponse::kSyncResponseFieldNumber, std::uint64_t{1});
   return sink(std::move(sync));
 }
 

@@ -25,8 +25,7 @@ void Quote(std::string& out, const std::string& text) {
 
 }  // namespace
 
-std::string Value::JsonIetf() const {
-  std::string out;
+void Value::JsonIetf(std::string& out) const {
   switch (type) {
     case Type::Uint64:
       Quote(out, std::to_string(number));
@@ -35,10 +34,10 @@ std::string Value::JsonIetf() const {
       Quote(out, std::to_string(static_cast<std::int64_t>(number)));
       break;
     case Type::Uint32:
-      out = std::to_string(number);
+      out += std::to_string(number);
       break;
     case Type::Bool:
-      out = number != 0 ? "true" : "false";
+      out += number != 0 ? "true" : "false";
       break;
     case Type::StringList:
       out += '[';
@@ -52,7 +51,6 @@ std::string Value::JsonIetf() const {
       Quote(out, text);
       break;
   }
-  return out;
 }
 
 }  // namespace Arq::Gnmi

@@ -106,7 +106,7 @@ Values Get(const Snapshot& snapshot, const std::string& path, KindFilter filter 
   EXPECT_TRUE(Select(gnmi::Path(), {&wire}, selection).ok()) << path;
   Values values;
   gnmi::GetResponse answer;
-  GetAnswer(snapshot, selection, filter, gnmi::JSON_IETF, answer);
+  EXPECT_TRUE(answer.ParseFromString(GetAnswer(snapshot, selection, filter, gnmi::JSON_IETF)));
   for (const auto& notification : answer.notification()) Collect(notification, values, nullptr);
   return values;
 }
@@ -139,6 +139,40 @@ TEST(GnmiPathTest, ParsesAndPrintsPaths) {
     if (c.ok) {
       EXPECT_EQ(ToText(*path), c.printed) << c.text;
       EXPECT_EQ(ParsePath(ToText(*path)), path) << c.text;
+      std::string wire;
+      Wire::PathMessage(wire, *path);
+      gnmi::Path message;
+      ASSERT_TRUE(message.ParseFromString(wire)) << c.text;
+      EXPECT_EQ(FromProto(message, nullptr), path) << c.text;
+    }
+  }
+}
+
+// Each kind of value as protobuf reads the wire form, in both encodings.
+TEST(GnmiEncodeTest, ValuesReadBackInEachEncoding) {
+  struct Case {
+    Value value;
+    const char* proto;
+    const char* json;
+  };
+  const Case cases[] = {
+      {Value::U64(18446744073709551615ULL), "uint_val: 18446744073709551615",
+       R"(json_ietf_val: "\"18446744073709551615\"")"},
+      {Value::U32(0), "uint_val: 0", R"(json_ietf_val: "0")"},
+      {Value::I64(-5), "int_val: -5", R"(json_ietf_val: "\"-5\"")"},
+      {Value::Boolean(true), "bool_val: true", R"(json_ietf_val: "true")"},
+      {Value::Enumeration("UP"), R"(string_val: "UP")", R"(json_ietf_val: "\"UP\"")"},
+      {Value::List({"a\"", ""}),
+       R"(leaflist_val { element { string_val: "a\"" } element { string_val: "" } })",
+       R"(json_ietf_val: "[\"a\\\"\",\"\"]")"},
+  };
+  for (const auto& c : cases) {
+    for (const auto encoding : {gnmi::PROTO, gnmi::JSON_IETF}) {
+      std::string wire;
+      Wire::TypedValue(wire, c.value, encoding);
+      gnmi::TypedValue message;
+      ASSERT_TRUE(message.ParseFromString(wire));
+      EXPECT_EQ(message.ShortDebugString(), encoding == gnmi::PROTO ? c.proto : c.json);
     }
   }
 }
@@ -277,9 +311,9 @@ struct Recorder {
   std::vector<gnmi::SubscribeResponse> responses;
   std::size_t limit = 1000000;
   SubscriptionCore::Sink Sink() {
-    return [this](gnmi::SubscribeResponse r) {
+    return [this](const std::string& bytes) {
       if (responses.size() >= limit) return false;
-      responses.push_back(std::move(r));
+      EXPECT_TRUE(responses.emplace_back().ParseFromString(bytes));
       return true;
     };
   }
@@ -427,7 +461,7 @@ TEST(GnmiSubscriptionTest, QueueBoundStopsTheProducer) {
       core.Start(List(gnmi::SubscriptionList::STREAM, {{"/", gnmi::SAMPLE, 0}}), SteadyClock::now())
           .ok());
   std::size_t pushed = 0;
-  const bool delivered = core.Initial(Snap(Fixture()), [&](gnmi::SubscribeResponse r) {
+  const bool delivered = core.Initial(Snap(Fixture()), [&](std::string r) {
     if (!queue.Push(std::move(r))) return false;
     ++pushed;
     return true;

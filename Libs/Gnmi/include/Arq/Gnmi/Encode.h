@@ -2,8 +2,10 @@
 
 #include <grpcpp/support/status.h>
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Arq/Gnmi/Path.h"
@@ -20,7 +22,23 @@ void ToProto(const Path& path, gnmi::Path* out);
 
 // JSON_IETF and PROTO (scalar TypedValue fields) are served.
 bool Served(gnmi::Encoding encoding);
-void SetValue(const Value& value, gnmi::Encoding encoding, gnmi::TypedValue* out);
+
+// The answers are written in protobuf's wire form straight from the
+// snapshot's values, one buffer per message, with no message objects: a
+// subscription of every interface leaf sends ten thousand values a second,
+// and as messages each was an allocation per path element, string and value,
+// sized once for the queue's bound and again by gRPC. The field numbers are
+// those of the generated classes.
+namespace Wire {
+// A length-delimited field (a string, bytes or a nested message).
+void Field(std::string& out, int number, std::string_view bytes);
+// A varint field (integers, enumerations, bool).
+void Field(std::string& out, int number, std::uint64_t value);
+// A gnmi.Path message.
+void PathMessage(std::string& out, const Path& path);
+// A gnmi.TypedValue message in the encoding.
+void TypedValue(std::string& out, const Value& value, gnmi::Encoding encoding);
+}  // namespace Wire
 
 // The leaves a request selects: the prefix joined with each path, resolved.
 // INVALID_ARGUMENT for a malformed path, NOT_FOUND for one that selects
@@ -40,19 +58,18 @@ struct Item {
   const Snapshot* owner = nullptr;  // the snapshot `removed` belongs to
 };
 
-// Notifications of the items, one per instance (its list entry as the
-// prefix), each stamped with `timestamp`, appended to `out` (made on its
-// arena, if it has one).
+// The notifications of the items, one per instance (its list entry as the
+// prefix, the leaves' paths below it), each stamped with `timestamp` and
+// handed to `emit` as the bytes of a gnmi.Notification.
+using NotificationSink = std::function<void(const std::string& notification)>;
 void Notifications(const Snapshot& snapshot, const std::vector<Item>& items,
-                   gnmi::Encoding encoding, std::int64_t timestamp,
-                   google::protobuf::RepeatedPtrField<gnmi::Notification>& out);
+                   gnmi::Encoding encoding, std::int64_t timestamp, const NotificationSink& emit);
 
-// A Get answer: the selected values as the streams send them, one
-// notification per instance (its list entry as the prefix, the leaves'
-// paths below it), all stamped with the snapshot's collection time. Far
-// fewer and smaller path messages than a full path per leaf: a Get of every
-// interface of a 128-port switch builds and sends less than half as much.
-void GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter filter,
-               gnmi::Encoding encoding, gnmi::GetResponse& response);
+// A Get answer (the bytes of a gnmi.GetResponse): the selected values as the
+// streams send them, all stamped with the snapshot's collection time. One
+// notification per instance rather than a full path per leaf: a Get of every
+// interface of a 128-port switch sends less than half as much.
+std::string GetAnswer(const Snapshot& snapshot, const Selection& selection, KindFilter filter,
+                      gnmi::Encoding encoding);
 
 }  // namespace Arq::Gnmi

@@ -46,8 +46,8 @@ struct Value {
   }
   bool operator!=(const Value& o) const { return !(*this == o); }
 
-  // The RFC 7951 JSON text of the value.
-  std::string JsonIetf() const;
+  // Appends the RFC 7951 JSON text of the value.
+  void JsonIetf(std::string& out) const;
 };
 
 // The lists of the tree; a leaf lives under at most one chain of them.

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Arq/Gnmi/Encode.h"
@@ -14,23 +15,23 @@ namespace Arq::Gnmi {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// The responses waiting to be written to one stream, bounded in bytes: a
-// client that stops reading fills it and the stream is ended, never the
-// daemon's memory.
+// The responses waiting to be written to one stream (each the bytes of a
+// gnmi.SubscribeResponse), bounded in bytes: a client that stops reading fills
+// it and the stream is ended, never the daemon's memory.
 class BoundedQueue {
  public:
   explicit BoundedQueue(std::size_t maxBytes) : maxBytes_(maxBytes) {}
   // False (and nothing queued) when the response would pass the bound.
-  bool Push(gnmi::SubscribeResponse response);
+  bool Push(std::string response);
   bool Empty() const { return items_.empty(); }
-  gnmi::SubscribeResponse Pop();
+  std::string Pop();
   std::size_t Bytes() const { return bytes_; }
   void Clear();
 
  private:
   std::size_t maxBytes_;
   std::size_t bytes_ = 0;
-  std::deque<std::pair<std::size_t, gnmi::SubscribeResponse>> items_;
+  std::deque<std::string> items_;
 };
 
 // What one Subscribe RPC asked, and what it has been sent: turns snapshots,
@@ -38,7 +39,8 @@ class BoundedQueue {
 // the stream feeds it and writes out what it gives.
 class SubscriptionCore {
  public:
-  using Sink = std::function<bool(gnmi::SubscribeResponse)>;  // false: overflow
+  // Takes the bytes of one gnmi.SubscribeResponse; false: overflow.
+  using Sink = std::function<bool(std::string)>;
 
   // Sample intervals below this are raised to it; a SAMPLE without an
   // interval gets the default; TARGET_DEFINED samples counters this often.
