@@ -1,8 +1,8 @@
 #pragma once
 
-// The objects of the standard MIBs that the interface, inventory, VLAN and
-// PTP views serve (IfMibObjects.def, EntityObjects.def, BridgeObjects.def,
-// PtpBaseObjects.def): each one constant named after its object, with its
+// The objects of the standard MIBs that the interface, LLDP, inventory, VLAN
+// and PTP views serve (IfMibObjects.def, LldpObjects.def, EntityObjects.def,
+// BridgeObjects.def, PtpBaseObjects.def): each one constant named after its object, with its
 // identifier and the ASN.1 type its syntax is encoded as. A view declares
 // each column of a table by its object (Field, Fixed, Empty) and answers it
 // through Put, so that its value always goes out in the MIB's syntax.
@@ -34,16 +34,23 @@ inline constexpr u_char Integer = ASN_INTEGER, Integer32 = ASN_INTEGER, IANAifTy
                         PhysicalIndex = ASN_INTEGER, PhysicalIndexOrZero = ASN_INTEGER,
                         PhysicalClass = ASN_INTEGER, TruthValue = ASN_INTEGER,
                         RowStatus = ASN_INTEGER, VlanId = ASN_INTEGER, PtpClockType = ASN_INTEGER,
-                        PtpClockProfileType = ASN_INTEGER, PtpClockRoleType = ASN_INTEGER;
+                        PtpClockProfileType = ASN_INTEGER, PtpClockRoleType = ASN_INTEGER,
+                        LldpChassisIdSubtype = ASN_INTEGER, LldpPortIdSubtype = ASN_INTEGER,
+                        LldpPortNumber = ASN_INTEGER, AddressFamilyNumbers = ASN_INTEGER;
+// ZeroBasedCounter32 (RMON2-MIB) is a Gauge32 that wraps as a counter does.
 inline constexpr u_char Unsigned32 = ASN_UNSIGNED, Gauge32 = ASN_GAUGE, VlanIndex = ASN_UNSIGNED,
-                        PtpClockDomainType = ASN_UNSIGNED, PtpClockInstanceType = ASN_UNSIGNED,
-                        PtpClockPortNumber = ASN_UNSIGNED, Counter32 = ASN_COUNTER;
+                        ZeroBasedCounter32 = ASN_GAUGE, PtpClockDomainType = ASN_UNSIGNED,
+                        PtpClockInstanceType = ASN_UNSIGNED, PtpClockPortNumber = ASN_UNSIGNED,
+                        Counter32 = ASN_COUNTER;
 inline constexpr u_char Counter64 = ASN_COUNTER64;
 inline constexpr u_char TimeTicks = ASN_TIMETICKS, TimeStamp = ASN_TIMETICKS,
                         TimeFilter = ASN_TIMETICKS;
 inline constexpr u_char SnmpAdminString = ASN_OCTET_STR, DisplayString = ASN_OCTET_STR,
                         OctetString = ASN_OCTET_STR, DateAndTime = ASN_OCTET_STR,
-                        PortList = ASN_OCTET_STR, PhysAddress = ASN_OCTET_STR;
+                        PortList = ASN_OCTET_STR, PhysAddress = ASN_OCTET_STR,
+                        LldpChassisId = ASN_OCTET_STR, LldpPortId = ASN_OCTET_STR,
+                        LldpManAddress = ASN_OCTET_STR,
+                        LldpSystemCapabilitiesMap = ASN_OCTET_STR;  // BITS
 inline constexpr u_char ObjectIdentifier = ASN_OBJECT_ID, AutonomousType = ASN_OBJECT_ID,
                         RowPointer = ASN_OBJECT_ID;
 }  // namespace Syntax
@@ -54,6 +61,7 @@ namespace Mib {
 #include "BridgeObjects.def"
 #include "EntityObjects.def"
 #include "IfMibObjects.def"
+#include "LldpObjects.def"
 #include "PtpBaseObjects.def"
 #undef ARQ_STD_OBJECT
 }  // namespace Mib
