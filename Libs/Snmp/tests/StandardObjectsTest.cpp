@@ -61,7 +61,6 @@ TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
                                   "EtherLike-MIB", "RMON-MIB", "HC-RMON-MIB"});
   ASSERT_GT(compiled.size(), 200u);
   for (const auto& object : kPackaged) ExpectCompiled(compiled, object);
-  int columns = 0;
   for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
     const std::string mib = table.mib;
     if (mib != "EtherLike-MIB" && mib != "RMON-MIB" && mib != "HC-RMON-MIB") continue;
@@ -77,9 +76,7 @@ TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
       return id.rfind(entry + "1, ", 0) == 0 && id.find(',', entry.size() + 3) == std::string::npos;
     });
     EXPECT_EQ(static_cast<std::size_t>(inTable), table.columns.size()) << table.name;
-    columns += static_cast<int>(table.columns.size());
   }
-  EXPECT_EQ(columns, 67);
 }
 
 }  // namespace
