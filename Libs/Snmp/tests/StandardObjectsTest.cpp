@@ -1,6 +1,6 @@
 // The standard views' objects (Standard/*Objects.def) against an independent
-// definition: Debian's compilation of EtherLike-MIB, RMON-MIB, HC-RMON-MIB,
-// ENTITY-MIB, BRIDGE-MIB and Q-BRIDGE-MIB (python3-pysnmp4-mibs, read as
+// definition: Debian's compilation of IF-MIB, EtherLike-MIB, RMON-MIB,
+// HC-RMON-MIB, ENTITY-MIB, BRIDGE-MIB and Q-BRIDGE-MIB (python3-pysnmp4-mibs, read as
 // text). PTPBASE-MIB and the IEEE MIBs, which no package carries, are written
 // once from their standards in their definition files.
 #include <gtest/gtest.h>
@@ -22,9 +22,10 @@ struct Object {
 };
 
 #define ARQ_STD_OBJECT(name, syntax, ...) {#name, #syntax, #__VA_ARGS__},
-const std::vector<Object> kEntityAndBridge = {
+const std::vector<Object> kPackaged = {
 #include "../sources/Standard/BridgeObjects.def"
 #include "../sources/Standard/EntityObjects.def"
+#include "../sources/Standard/IfMibObjects.def"
 };
 #undef ARQ_STD_OBJECT
 
@@ -56,11 +57,10 @@ void ExpectCompiled(const std::map<std::string, Object>& compiled, const Object&
 }
 
 TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
-  const auto compiled = Compiled(
-      {"ENTITY-MIB", "BRIDGE-MIB", "Q-BRIDGE-MIB", "EtherLike-MIB", "RMON-MIB", "HC-RMON-MIB"});
+  const auto compiled = Compiled({"IF-MIB", "ENTITY-MIB", "BRIDGE-MIB", "Q-BRIDGE-MIB",
+                                  "EtherLike-MIB", "RMON-MIB", "HC-RMON-MIB"});
   ASSERT_GT(compiled.size(), 200u);
-  for (const auto& object : kEntityAndBridge) ExpectCompiled(compiled, object);
-  int columns = 0;
+  for (const auto& object : kPackaged) ExpectCompiled(compiled, object);
   for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
     const std::string mib = table.mib;
     if (mib != "EtherLike-MIB" && mib != "RMON-MIB" && mib != "HC-RMON-MIB") continue;
@@ -76,9 +76,7 @@ TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
       return id.rfind(entry + "1, ", 0) == 0 && id.find(',', entry.size() + 3) == std::string::npos;
     });
     EXPECT_EQ(static_cast<std::size_t>(inTable), table.columns.size()) << table.name;
-    columns += static_cast<int>(table.columns.size());
   }
-  EXPECT_EQ(columns, 67);
 }
 
 }  // namespace

@@ -8,8 +8,7 @@
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../Standard/Projection.h"
-#include "../TableShapes.h"
+#include "../Standard/StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {
@@ -17,115 +16,145 @@ namespace {
 using namespace Standard;
 namespace Domain = OrvoViaSwitch::Domain::Dto::Metrics;
 
+// The group's objects: their identifiers those of ObjectIdentifiers.def (the
+// call table's columns numbered below its entry), their syntaxes those of the
+// MIB module.
+#define ARQ_COLLECTOR_OBJECT(name, syntax) \
+  const MibObject name{Syntax::syntax, Mechanism::ObjectId(Oid::name)};
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorState, Integer)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorLastCollection, Unsigned32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorLastSuccess, Unsigned32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorLastDuration, Unsigned32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorCollections, Counter32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorConsecutiveFailures, Gauge32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorEnabled, TruthValue)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorPeriod, Integer32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorLogLevel, Integer)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorLastError, DisplayString)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorDaemonVersion, DisplayString)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorDaemonStartTime, Unsigned32)
+ARQ_COLLECTOR_OBJECT(arqSwitchOrvoViaCollectorCallTable, Table)
+#undef ARQ_COLLECTOR_OBJECT
+
+MibObject CallColumn(u_char syntax, oid column) {
+  MibObject object{syntax, Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallEntry)};
+  object.id.push_back(column);
+  return object;
+}
+const MibObject arqSwitchOrvoViaCollectorCallName = CallColumn(Syntax::DisplayString, 2);
+const MibObject arqSwitchOrvoViaCollectorCallOutcome = CallColumn(Syntax::Integer, 3);
+const MibObject arqSwitchOrvoViaCollectorCallFailures = CallColumn(Syntax::Counter32, 4);
+const MibObject arqSwitchOrvoViaCollectorCallLastError = CallColumn(Syntax::DisplayString, 5);
+
 std::uint64_t Unsigned32(std::int64_t value) {
   return static_cast<std::uint64_t>(std::clamp<std::int64_t>(value, 0, 0xffffffffLL));
 }
 
-class CollectorGroup : public ISortedTable {
+// The group's one row {0}, in its MIB encoding.
+struct GroupRow {
+  std::vector<oid> index{0};
+  long state = 0;
+  std::uint64_t lastCollection = 0, lastSuccess = 0, lastDuration = 0;
+  std::uint64_t collections = 0;
+  std::uint64_t consecutiveFailures = 0;
+  bool enabled = true;
+  long period = 0;
+  long logLevel = 0;
+  std::string lastError;
+  std::string version;
+  std::uint64_t startTime = 0;
+};
+
+// One row per switch call, numbered from 1 in the order of the calls.
+struct CallRow {
+  std::vector<oid> index;
+  std::string name;
+  long outcome = 0;
+  std::uint64_t failures = 0;
+  std::string lastError;
+};
+
+ProjectedTable<GroupRow> groupCells({
+    Field<GroupRow, arqSwitchOrvoViaCollectorState, &GroupRow::state>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorLastCollection, &GroupRow::lastCollection>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorLastSuccess, &GroupRow::lastSuccess>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorLastDuration, &GroupRow::lastDuration>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorCollections, &GroupRow::collections>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorConsecutiveFailures, &GroupRow::consecutiveFailures>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorEnabled, &GroupRow::enabled>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorPeriod, &GroupRow::period>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorLogLevel, &GroupRow::logLevel>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorLastError, &GroupRow::lastError>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorDaemonVersion, &GroupRow::version>(),
+    Field<GroupRow, arqSwitchOrvoViaCollectorDaemonStartTime, &GroupRow::startTime>(),
+});
+
+ProjectedTable<CallRow> callTable({
+    Field<CallRow, arqSwitchOrvoViaCollectorCallName, &CallRow::name>(),
+    Field<CallRow, arqSwitchOrvoViaCollectorCallOutcome, &CallRow::outcome>(),
+    Field<CallRow, arqSwitchOrvoViaCollectorCallFailures, &CallRow::failures>(),
+    Field<CallRow, arqSwitchOrvoViaCollectorCallLastError, &CallRow::lastError>(),
+});
+
+GroupRow Group(const Domain::CollectorHealthMetric& health, const Domain::DaemonMetric& daemon) {
+  GroupRow row;
+  row.state = static_cast<long>(health.state);
+  row.lastCollection = Unsigned32(health.lastCollection);
+  row.lastSuccess = Unsigned32(health.lastSuccess);
+  row.lastDuration = Unsigned32(health.lastDurationMs);
+  row.collections = static_cast<std::uint32_t>(health.collections);  // Counter32 wraps
+  row.consecutiveFailures = Unsigned32(health.consecutiveFailures);
+  row.enabled = health.collectEnabled;
+  row.period = health.period;
+  row.logLevel = daemon.logLevel;
+  row.lastError = Truncate(health.lastError);
+  row.version = Truncate(daemon.version);
+  row.startTime = Unsigned32(daemon.startTime);
+  return row;
+}
+
+// The group's row is rebuilt for each request batch, since the daemon's
+// record (its log level) changes without a new collection.
+class CollectorGroup final : public ISortedTable {
  public:
   void Refresh() override {
     RefreshProjections();
     Monitoring::MonitoringProcessor::monitoringValues.daemon.CopyValue(daemon);
+    groupCells.Replace({Group(ProjectedModel()->collection.health, daemon)});
   }
-  std::size_t Rows() const override { return 1; }
-  const std::vector<oid>& Index(std::size_t) const override { return instance; }
-  bool Answer(std::size_t, unsigned column, netsnmp_variable_list* var) const override {
-    const auto& health = ProjectedModel()->collection.health;
-    switch (column) {
-      case 1:
-        SetInteger(var, static_cast<long>(health.state));
-        break;
-      case 2:
-        SetUnsigned(var, ASN_UNSIGNED, Unsigned32(health.lastCollection));
-        break;
-      case 3:
-        SetUnsigned(var, ASN_UNSIGNED, Unsigned32(health.lastSuccess));
-        break;
-      case 4:
-        SetUnsigned(var, ASN_UNSIGNED, Unsigned32(health.lastDurationMs));
-        break;
-      case 5:
-        SetUnsigned(var, ASN_COUNTER, static_cast<std::uint32_t>(health.collections));
-        break;
-      case 6:
-        SetUnsigned(var, ASN_GAUGE, Unsigned32(health.consecutiveFailures));
-        break;
-      case 7:
-        SetInteger(var, health.collectEnabled ? 1 : 2);  // TruthValue
-        break;
-      case 8:
-        SetInteger(var, health.period);
-        break;
-      case 9:
-        SetInteger(var, daemon.logLevel);
-        break;
-      case 10:
-        SetOctets(var, Truncate(health.lastError));
-        break;
-      case 11:
-        SetOctets(var, Truncate(daemon.version));
-        break;
-      case 12:
-        SetUnsigned(var, ASN_UNSIGNED, Unsigned32(daemon.startTime));
-        break;
-      default:
-        return false;
-    }
-    return true;
+  std::size_t Rows() const override { return groupCells.Rows(); }
+  const std::vector<oid>& Index(std::size_t row) const override { return groupCells.Index(row); }
+  bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
+    return groupCells.Answer(row, column, var);
   }
 
  private:
-  std::vector<oid> instance{0};
   Domain::DaemonMetric daemon;
 };
 
-class CallTable : public ISortedTable {
- public:
-  CallTable() {
-    for (std::size_t row = 0; row < indexes.size(); ++row) indexes[row] = {row + 1};
-  }
-  void Refresh() override { RefreshProjections(); }
-  std::size_t Rows() const override { return indexes.size(); }
-  const std::vector<oid>& Index(std::size_t row) const override { return indexes[row]; }
-  bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
-    const auto& call = ProjectedModel()->collection.calls[row];
-    switch (column) {
-      case 2:
-        SetOctets(var, Domain::kCollectorCallNames[row]);
-        break;
-      case 3:
-        SetInteger(var, static_cast<long>(call.outcome));
-        break;
-      case 4:
-        SetUnsigned(var, ASN_COUNTER, static_cast<std::uint32_t>(call.failures));
-        break;
-      case 5:
-        SetOctets(var, Truncate(call.lastError));
-        break;
-      default:
-        return false;
-    }
-    return true;
-  }
-
- private:
-  std::array<std::vector<oid>, Domain::kCollectorCallCount> indexes;
-};
-
 CollectorGroup collectorGroup;
-CallTable callTable;
+
+void ProjectCalls(const ProjectionContext& context) {
+  const auto& calls = context.model.collection.calls;
+  std::vector<CallRow> rows;
+  rows.reserve(calls.size());
+  for (std::size_t call = 0; call < calls.size(); ++call) {
+    rows.push_back({{call + 1},
+                    Domain::kCollectorCallNames[call],
+                    static_cast<long>(calls[call].outcome),
+                    static_cast<std::uint32_t>(calls[call].failures),  // Counter32 wraps
+                    Truncate(calls[call].lastError)});
+  }
+  callTable.Replace(std::move(rows));
+}
 
 }  // namespace
 
 void init_arqSwitchOrvoViaCollector() {
-  // The group's scalars run from its state to the daemon's start time.
-  RegisterSortedRange("arqSwitchOrvoViaCollector",
-                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollector),
-                      Oid::arqSwitchOrvoViaCollectorState.back(),
-                      Oid::arqSwitchOrvoViaCollectorDaemonStartTime.back(), &collectorGroup);
-  RegisterSortedTable("arqSwitchOrvoViaCollectorCallTable",
-                      Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorCallTable), 2,
-                      1 + Shape::arqSwitchOrvoViaCollectorCallTable.columns, &callTable);
+  AddProjector(ProjectCalls);
+  RegisterSortedRange("arqSwitchOrvoViaCollector", arqSwitchOrvoViaCollectorState.Parent(),
+                      groupCells.FirstColumn(), groupCells.LastColumn(), &collectorGroup);
+  Register("arqSwitchOrvoViaCollectorCallTable", arqSwitchOrvoViaCollectorCallTable.id, callTable);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
 

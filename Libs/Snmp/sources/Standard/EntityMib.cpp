@@ -53,10 +53,7 @@ struct ScalarRow {
 
 ProjectedTable<PhysicalRow> physicalTable({
     Field<PhysicalRow, Mib::entPhysicalDescr, &PhysicalRow::descr>(),
-    {Mib::entPhysicalVendorType.Arc(),
-     [](const PhysicalRow&, netsnmp_variable_list* var) {
-       return Put(var, Mib::entPhysicalVendorType, std::vector<oid>{0, 0});
-     }},
+    Fixed<PhysicalRow, Mib::entPhysicalVendorType, &kZeroDotZero>(),
     Field<PhysicalRow, Mib::entPhysicalContainedIn, &PhysicalRow::containedIn>(),
     Field<PhysicalRow, Mib::entPhysicalClass, &PhysicalRow::physicalClass>(),
     Field<PhysicalRow, Mib::entPhysicalParentRelPos, &PhysicalRow::relPos>(),
@@ -70,10 +67,7 @@ ProjectedTable<PhysicalRow> physicalTable({
     Empty<PhysicalRow, Mib::entPhysicalAlias>(),
     Empty<PhysicalRow, Mib::entPhysicalAssetID>(),
     Fixed<PhysicalRow, Mib::entPhysicalIsFRU, kFalse>(),
-    {Mib::entPhysicalMfgDate.Arc(),
-     [](const PhysicalRow&, netsnmp_variable_list* var) {
-       return Put(var, Mib::entPhysicalMfgDate, kUnknownDate);
-     }},
+    Fixed<PhysicalRow, Mib::entPhysicalMfgDate, &kUnknownDate>(),
     Empty<PhysicalRow, Mib::entPhysicalUris>(),
 });
 ProjectedTable<AliasRow> aliasTable(

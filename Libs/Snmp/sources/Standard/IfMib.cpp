@@ -3,7 +3,7 @@
 #include <set>
 
 #include "../Modules.h"
-#include "Projection.h"
+#include "StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {
@@ -49,15 +49,31 @@ struct IfRow {
   std::uint64_t lastChange = 0;            // TimeTicks
   std::uint64_t counterDiscontinuity = 0;  // TimeTicks
 
-  std::uint64_t Value(Counter counter) const { return counters[counter]; }
+  long IfIndex() const { return static_cast<long>(index[0]); }
+  template <Counter counter>
+  std::uint64_t Count() const {
+    return counters[counter];
+  }
+  std::uint64_t InNUcast() const {
+    return Count<kGoodPacketsMulticastReceived>() + Count<kGoodPacketsBroadcastReceived>();
+  }
   std::uint64_t InErrors() const {
     std::uint64_t sum = 0;
     for (std::size_t c = kFirstReceiveError; c <= kLastReceiveError; ++c) sum += counters[c];
     return sum;
   }
-  std::uint64_t OutErrors() const {
-    return Value(kPacketsDropDueCollision) + Value(kLateMacCollision);
+  std::uint64_t OutNUcast() const {
+    return Count<kGoodMulticastPacketsSent>() + Count<kGoodBroadcastPacketsSent>();
   }
+  std::uint64_t OutErrors() const {
+    return Count<kPacketsDropDueCollision>() + Count<kLateMacCollision>();
+  }
+  // Gauge32 holds up to 4.29 Gb/s; ifHighSpeed gives the speed of a faster
+  // interface.
+  std::uint64_t Speed() const { return std::min<std::uint64_t>(speedMbps * 1000000, kGaugeMax); }
+  std::uint64_t HighSpeed() const { return std::min<std::uint64_t>(speedMbps, kGaugeMax); }
+
+  static constexpr std::uint64_t kGaugeMax = 0xffffffffu;
 };
 
 // ifStackTable: (higher, lower) ifIndex pairs.
@@ -65,110 +81,64 @@ struct StackRow {
   std::vector<oid> index;
 };
 
-template <Counter counter, u_char type = ASN_COUNTER>
-bool Count(const IfRow& row, netsnmp_variable_list* var) {
-  SetUnsigned(var, type, row.Value(counter));
-  return true;
-}
-template <Counter counter>
-bool Count64(const IfRow& row, netsnmp_variable_list* var) {
-  SetCounter64(var, row.Value(counter));
-  return true;
-}
+constexpr long kFalse = 2;    // TruthValue
+constexpr long kEnabled = 1;  // ifLinkUpDownTrapEnable
+constexpr long kActive = 1;   // RowStatus
 
+// ifMtu, ifInUnknownProtos (no protocol demultiplexing), and the deprecated
+// ifOutQLen and ifSpecific are fixed; ifInDiscards counts the packets dropped
+// for bandwidth and ifOutDiscards the frames not transmitted.
 ProjectedTable<IfRow> ifTable({
-    {1,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetInteger(v, static_cast<long>(r.index[0])), true;
-     }},
-    {2, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.descr), true; }},
-    {3, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.type), true; }},
-    // ifMtu: the switch does not report it.
-    {4, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 0), true; }},
-    {5,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_GAUGE,
-                          std::min<std::uint64_t>(r.speedMbps * 1000000, 0xffffffffu)),
-              true;
-     }},
-    {6, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.physAddress), true; }},
-    {7,
-     [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.adminStatus), true; }},
-    {8, [](const IfRow& r, netsnmp_variable_list* v) { return SetInteger(v, r.operStatus), true; }},
-    {9, [](const IfRow& r,
-           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_TIMETICKS, r.lastChange), true; }},
-    {10, Count<kGoodOctetsReceived>},
-    {11, Count<kGoodUnicastFrameReceived>},
-    {12,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(
-                  v, ASN_COUNTER,
-                  r.Value(kGoodPacketsMulticastReceived) + r.Value(kGoodPacketsBroadcastReceived)),
-              true;
-     }},
-    {13, Count<kInternalDropPacketsBW>},
-    {14, [](const IfRow& r,
-            netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, r.InErrors()), true; }},
-    // ifInUnknownProtos: no protocol demultiplexing.
-    {15,
-     [](const IfRow&, netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, 0), true; }},
-    {16, Count<kGoodOctetsSent>},
-    {17, Count<kGoodUnicastFrameSent>},
-    {18,
-     [](const IfRow& r, netsnmp_variable_list* v) {
-       return SetUnsigned(v, ASN_COUNTER,
-                          r.Value(kGoodMulticastPacketsSent) + r.Value(kGoodBroadcastPacketsSent)),
-              true;
-     }},
-    {19, Count<kFrameNotTransmitted>},
-    {20, [](const IfRow& r,
-            netsnmp_variable_list* v) { return SetUnsigned(v, ASN_COUNTER, r.OutErrors()), true; }},
-    // ifOutQLen and ifSpecific, deprecated: 0 and zeroDotZero.
-    {21, [](const IfRow&, netsnmp_variable_list* v) { return SetUnsigned(v, ASN_GAUGE, 0), true; }},
-    {22,
-     [](const IfRow&, netsnmp_variable_list* v) {
-       return SetObjectId(v, {0, 0}), true;
-     }},
+    Field<IfRow, Mib::ifIndex, &IfRow::IfIndex>(),
+    Field<IfRow, Mib::ifDescr, &IfRow::descr>(),
+    Field<IfRow, Mib::ifType, &IfRow::type>(),
+    Fixed<IfRow, Mib::ifMtu, 0>(),
+    Field<IfRow, Mib::ifSpeed, &IfRow::Speed>(),
+    Field<IfRow, Mib::ifPhysAddress, &IfRow::physAddress>(),
+    Field<IfRow, Mib::ifAdminStatus, &IfRow::adminStatus>(),
+    Field<IfRow, Mib::ifOperStatus, &IfRow::operStatus>(),
+    Field<IfRow, Mib::ifLastChange, &IfRow::lastChange>(),
+    Field<IfRow, Mib::ifInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
+    Field<IfRow, Mib::ifInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
+    Field<IfRow, Mib::ifInNUcastPkts, &IfRow::InNUcast>(),
+    Field<IfRow, Mib::ifInDiscards, &IfRow::Count<kInternalDropPacketsBW>>(),
+    Field<IfRow, Mib::ifInErrors, &IfRow::InErrors>(),
+    Fixed<IfRow, Mib::ifInUnknownProtos, 0>(),
+    Field<IfRow, Mib::ifOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
+    Field<IfRow, Mib::ifOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
+    Field<IfRow, Mib::ifOutNUcastPkts, &IfRow::OutNUcast>(),
+    Field<IfRow, Mib::ifOutDiscards, &IfRow::Count<kFrameNotTransmitted>>(),
+    Field<IfRow, Mib::ifOutErrors, &IfRow::OutErrors>(),
+    Fixed<IfRow, Mib::ifOutQLen, 0>(),
+    Fixed<IfRow, Mib::ifSpecific, &kZeroDotZero>(),
 });
 
+// linkUp and linkDown are sent for every row; no row is promiscuous.
 ProjectedTable<IfRow> ifXTable(
     {
-        {1, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.name), true; }},
-        {2, Count<kGoodPacketsMulticastReceived>},
-        {3, Count<kGoodPacketsBroadcastReceived>},
-        {4, Count<kGoodMulticastPacketsSent>},
-        {5, Count<kGoodBroadcastPacketsSent>},
-        {6, Count64<kGoodOctetsReceived>},
-        {7, Count64<kGoodUnicastFrameReceived>},
-        {8, Count64<kGoodPacketsMulticastReceived>},
-        {9, Count64<kGoodPacketsBroadcastReceived>},
-        {10, Count64<kGoodOctetsSent>},
-        {11, Count64<kGoodUnicastFrameSent>},
-        {12, Count64<kGoodMulticastPacketsSent>},
-        {13, Count64<kGoodBroadcastPacketsSent>},
-        // ifLinkUpDownTrapEnable: linkUp/linkDown are sent for every row.
-        {14, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 1), true; }},
-        {15,
-         [](const IfRow& r, netsnmp_variable_list* v) {
-           return SetUnsigned(v, ASN_GAUGE, std::min<std::uint64_t>(r.speedMbps, 0xffffffffu)),
-                  true;
-         }},
-        // ifPromiscuousMode: false.
-        {16, [](const IfRow&, netsnmp_variable_list* v) { return SetInteger(v, 2), true; }},
-        {17, [](const IfRow& r,
-                netsnmp_variable_list* v) { return SetInteger(v, r.connector ? 1 : 2), true; }},
-        {18, [](const IfRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.alias), true; }},
-        {19,
-         [](const IfRow& r, netsnmp_variable_list* v) {
-           return SetUnsigned(v, ASN_TIMETICKS, r.counterDiscontinuity), true;
-         }},
+        Field<IfRow, Mib::ifName, &IfRow::name>(),
+        Field<IfRow, Mib::ifInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
+        Field<IfRow, Mib::ifInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
+        Field<IfRow, Mib::ifOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
+        Field<IfRow, Mib::ifOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
+        Field<IfRow, Mib::ifHCInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
+        Field<IfRow, Mib::ifHCInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
+        Field<IfRow, Mib::ifHCInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
+        Field<IfRow, Mib::ifHCInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
+        Field<IfRow, Mib::ifHCOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
+        Field<IfRow, Mib::ifHCOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
+        Field<IfRow, Mib::ifHCOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
+        Field<IfRow, Mib::ifHCOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
+        Fixed<IfRow, Mib::ifLinkUpDownTrapEnable, kEnabled>(),
+        Field<IfRow, Mib::ifHighSpeed, &IfRow::HighSpeed>(),
+        Fixed<IfRow, Mib::ifPromiscuousMode, kFalse>(),
+        Field<IfRow, Mib::ifConnectorPresent, &IfRow::connector>(),
+        Field<IfRow, Mib::ifAlias, &IfRow::alias>(),
+        Field<IfRow, Mib::ifCounterDiscontinuityTime, &IfRow::counterDiscontinuity>(),
     },
     &ifTable);
 
-// ifStackStatus: active.
-ProjectedTable<StackRow> ifStackTable({
-    {3, [](const StackRow&, netsnmp_variable_list* v) { return SetInteger(v, 1), true; }},
-});
+ProjectedTable<StackRow> ifStackTable({Fixed<StackRow, Mib::ifStackStatus, kActive>()});
 
 IfRow PortRow(const ServedPort& served, const ProjectionContext& context) {
   const Model::Port& port = *served.port;
@@ -249,20 +219,20 @@ int handle_ifNumber(netsnmp_mib_handler*, netsnmp_handler_registration*,
                     netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
   if (reqinfo->mode != MODE_GET) return SNMP_ERR_NOERROR;
   RefreshProjections();
-  SetInteger(requests->requestvb, static_cast<long>(ifTable.Rows()));
+  Put(requests->requestvb, Mib::ifNumber, static_cast<long>(ifTable.Rows()));
   return SNMP_ERR_NOERROR;
 }
 
 void init_ifMib() {
-  static const oid ifNumber[] = {1, 3, 6, 1, 2, 1, 2, 1};
-  auto* number = netsnmp_create_handler_registration("ifNumber", handle_ifNumber, ifNumber,
-                                                     OID_LENGTH(ifNumber), HANDLER_CAN_RONLY);
+  const auto& ifNumber = Mib::ifNumber.id;
+  auto* number = netsnmp_create_handler_registration("ifNumber", handle_ifNumber, ifNumber.data(),
+                                                     ifNumber.size(), HANDLER_CAN_RONLY);
   number->priority = kStandardViewPriority;
   netsnmp_register_scalar(number);
   AddProjector(Project);
-  Register("ifTable", {1, 3, 6, 1, 2, 1, 2, 2}, ifTable);
-  Register("ifXTable", {1, 3, 6, 1, 2, 1, 31, 1, 1}, ifXTable);
-  Register("ifStackTable", {1, 3, 6, 1, 2, 1, 31, 1, 2}, ifStackTable);
+  Register("ifTable", Mib::ifTable.id, ifTable);
+  Register("ifXTable", Mib::ifXTable.id, ifXTable);
+  Register("ifStackTable", Mib::ifStackTable.id, ifStackTable);
 }
 
 }  // namespace Arq::Snmp

@@ -11,25 +11,6 @@
 
 namespace Arq::Snmp::Standard {
 
-// A column whose value is a member of the row.
-template <typename Row, const MibObject& object, auto member>
-Column<Row> Field() {
-  return {object.Arc(),
-          [](const Row& row, netsnmp_variable_list* var) { return Put(var, object, row.*member); }};
-}
-
-// A column with one value for every row: a number, or a zero-length string.
-template <typename Row, const MibObject& object, long value>
-Column<Row> Fixed() {
-  return {object.Arc(),
-          [](const Row&, netsnmp_variable_list* var) { return Put(var, object, value); }};
-}
-template <typename Row, const MibObject& object>
-Column<Row> Empty() {
-  return {object.Arc(),
-          [](const Row&, netsnmp_variable_list* var) { return Put(var, object, std::string()); }};
-}
-
 // A table or a group of scalars of these views, for registration and for
 // the in-process tests, which walk them.
 struct View {

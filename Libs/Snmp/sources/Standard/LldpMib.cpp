@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "../Modules.h"
-#include "Projection.h"
+#include "StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {
@@ -43,8 +43,9 @@ struct LocalPortRow {
 // lldpRemTable: one neighbour; a column is absent when its TLV was.
 struct RemoteRow {
   std::vector<oid> index;  // lldpRemTimeMark (0), lldpRemLocalPortNum, lldpRemIndex
-  std::optional<Model::LldpId> chassis, port;
-  std::optional<std::string> portDesc, sysName, sysDesc, capSupported, capEnabled;
+  std::optional<long> chassisSubtype, portSubtype;
+  std::optional<std::string> chassisId, portId, portDesc, sysName, sysDesc, capSupported,
+      capEnabled;
 };
 
 // lldpRemManAddrTable: the neighbour's index, then its address's subtype,
@@ -53,97 +54,66 @@ struct ManagementRow {
   std::vector<oid> index;
   long interfaceSubtype = 1;
   long interfaceNumber = 0;
-  bool hasObjectId = false;  // false when SNMP cannot carry the one sent
-  std::vector<oid> objectId;
+  std::optional<std::vector<oid>> objectId;  // none when SNMP cannot carry the one sent
 };
-
-template <typename Row, std::optional<std::string> Row::*member>
-bool Text(const Row& row, netsnmp_variable_list* var) {
-  if (!(row.*member)) return false;
-  SetOctets(var, *(row.*member));
-  return true;
-}
-
-ProjectedTable<LocalRow> localSystem({
-    {1, [](const LocalRow& r,
-           netsnmp_variable_list* v) { return SetInteger(v, r.chassisSubtype), true; }},
-    {2,
-     [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.chassisId), true; }},
-    {3, [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.sysName), true; }},
-    {4, [](const LocalRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.sysDesc), true; }},
-    {5, [](const LocalRow&,
-           netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
-    {6, [](const LocalRow&,
-           netsnmp_variable_list* v) { return SetOctets(v, kBridgeCapability), true; }},
-});
 
 // lldpStatistics: how the remote tables changed since the agent started.
 struct StatisticsRow {
   std::vector<oid> index{0};
-  std::uint64_t lastChange = 0;  // TimeStamp
+  std::uint64_t lastChange = 0;
   std::uint64_t inserts = 0, deletes = 0, drops = 0;
 };
 
-template <std::uint64_t StatisticsRow::*member>
-bool Gauge(const StatisticsRow& row, netsnmp_variable_list* var) {
-  // ZeroBasedCounter32 (a Gauge32 that wraps as a counter does).
-  SetUnsigned(var, ASN_GAUGE, row.*member & 0xffffffffu);
-  return true;
-}
+// The switch is a MAC bridge, with that capability enabled.
+ProjectedTable<LocalRow> localSystem({
+    Field<LocalRow, Mib::lldpLocChassisIdSubtype, &LocalRow::chassisSubtype>(),
+    Field<LocalRow, Mib::lldpLocChassisId, &LocalRow::chassisId>(),
+    Field<LocalRow, Mib::lldpLocSysName, &LocalRow::sysName>(),
+    Field<LocalRow, Mib::lldpLocSysDesc, &LocalRow::sysDesc>(),
+    Fixed<LocalRow, Mib::lldpLocSysCapSupported, &kBridgeCapability>(),
+    Fixed<LocalRow, Mib::lldpLocSysCapEnabled, &kBridgeCapability>(),
+});
 
+// The switch ages its neighbours out itself and does not say which of them
+// went that way: no ageouts.
 ProjectedTable<StatisticsRow> statistics({
-    {1, [](const StatisticsRow& r,
-           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_TIMETICKS, r.lastChange), true; }},
-    {2, Gauge<&StatisticsRow::inserts>},
-    {3, Gauge<&StatisticsRow::deletes>},
-    {4, Gauge<&StatisticsRow::drops>},
-    // lldpStatsRemTablesAgeouts: the switch ages its neighbours out itself and
-    // does not say which of them went that way.
-    {5, [](const StatisticsRow&,
-           netsnmp_variable_list* v) { return SetUnsigned(v, ASN_GAUGE, 0), true; }},
+    Field<StatisticsRow, Mib::lldpStatsRemTablesLastChangeTime, &StatisticsRow::lastChange>(),
+    Field<StatisticsRow, Mib::lldpStatsRemTablesInserts, &StatisticsRow::inserts>(),
+    Field<StatisticsRow, Mib::lldpStatsRemTablesDeletes, &StatisticsRow::deletes>(),
+    Field<StatisticsRow, Mib::lldpStatsRemTablesDrops, &StatisticsRow::drops>(),
+    Fixed<StatisticsRow, Mib::lldpStatsRemTablesAgeouts, 0>(),
 });
 
 ProjectedTable<LocalPortRow> localPortTable({
-    {2, [](const LocalPortRow&,
-           netsnmp_variable_list* v) { return SetInteger(v, kPortInterfaceName), true; }},
-    {3,
-     [](const LocalPortRow& r, netsnmp_variable_list* v) { return SetOctets(v, r.portId), true; }},
-    {4, [](const LocalPortRow& r,
-           netsnmp_variable_list* v) { return SetOctets(v, r.portDesc), true; }},
+    Fixed<LocalPortRow, Mib::lldpLocPortIdSubtype, kPortInterfaceName>(),
+    Field<LocalPortRow, Mib::lldpLocPortId, &LocalPortRow::portId>(),
+    Field<LocalPortRow, Mib::lldpLocPortDesc, &LocalPortRow::portDesc>(),
 });
 
 ProjectedTable<RemoteRow> remoteTable({
-    {4,
-     [](const RemoteRow& r, netsnmp_variable_list* v) {
-       return r.chassis && (SetInteger(v, r.chassis->subtype), true);
-     }},
-    {5, [](const RemoteRow& r,
-           netsnmp_variable_list* v) { return r.chassis && (SetOctets(v, r.chassis->id), true); }},
-    {6, [](const RemoteRow& r,
-           netsnmp_variable_list* v) { return r.port && (SetInteger(v, r.port->subtype), true); }},
-    {7, [](const RemoteRow& r,
-           netsnmp_variable_list* v) { return r.port && (SetOctets(v, r.port->id), true); }},
-    {8, Text<RemoteRow, &RemoteRow::portDesc>},
-    {9, Text<RemoteRow, &RemoteRow::sysName>},
-    {10, Text<RemoteRow, &RemoteRow::sysDesc>},
-    {11, Text<RemoteRow, &RemoteRow::capSupported>},
-    {12, Text<RemoteRow, &RemoteRow::capEnabled>},
+    Field<RemoteRow, Mib::lldpRemChassisIdSubtype, &RemoteRow::chassisSubtype>(),
+    Field<RemoteRow, Mib::lldpRemChassisId, &RemoteRow::chassisId>(),
+    Field<RemoteRow, Mib::lldpRemPortIdSubtype, &RemoteRow::portSubtype>(),
+    Field<RemoteRow, Mib::lldpRemPortId, &RemoteRow::portId>(),
+    Field<RemoteRow, Mib::lldpRemPortDesc, &RemoteRow::portDesc>(),
+    Field<RemoteRow, Mib::lldpRemSysName, &RemoteRow::sysName>(),
+    Field<RemoteRow, Mib::lldpRemSysDesc, &RemoteRow::sysDesc>(),
+    Field<RemoteRow, Mib::lldpRemSysCapSupported, &RemoteRow::capSupported>(),
+    Field<RemoteRow, Mib::lldpRemSysCapEnabled, &RemoteRow::capEnabled>(),
 });
 
 ProjectedTable<ManagementRow> remoteManagementTable({
-    {3, [](const ManagementRow& r,
-           netsnmp_variable_list* v) { return SetInteger(v, r.interfaceSubtype), true; }},
-    {4, [](const ManagementRow& r,
-           netsnmp_variable_list* v) { return SetInteger(v, r.interfaceNumber), true; }},
-    {5,
-     [](const ManagementRow& r, netsnmp_variable_list* v) {
-       return r.hasObjectId && (SetObjectId(v, r.objectId), true);
-     }},
+    Field<ManagementRow, Mib::lldpRemManAddrIfSubtype, &ManagementRow::interfaceSubtype>(),
+    Field<ManagementRow, Mib::lldpRemManAddrIfId, &ManagementRow::interfaceNumber>(),
+    Field<ManagementRow, Mib::lldpRemManAddrOID, &ManagementRow::objectId>(),
 });
 
-std::optional<Model::LldpId> Identifier(const std::optional<Model::LldpId>& id) {
-  if (!id) return std::nullopt;
-  return Model::LldpId{id->subtype, Truncate(id->id)};
+// An identifier's subtype and its bytes, cut to the MIB's size.
+void Identify(const std::optional<Model::LldpId>& id, std::optional<long>& subtype,
+              std::optional<std::string>& bytes) {
+  if (!id) return;
+  subtype = id->subtype;
+  bytes = Truncate(id->id);
 }
 
 std::optional<std::string> Display(const std::optional<std::string>& text) {
@@ -157,8 +127,8 @@ void ProjectRemote(const ProjectionContext& context) {
   for (const auto& neighbour : context.model.neighbours) {
     RemoteRow& row = rows.emplace_back();
     row.index = {0, static_cast<oid>(neighbour.localIfIndex), static_cast<oid>(neighbour.position)};
-    row.chassis = Identifier(neighbour.chassisId);
-    row.port = Identifier(neighbour.portId);
+    Identify(neighbour.chassisId, row.chassisSubtype, row.chassisId);
+    Identify(neighbour.portId, row.portSubtype, row.portId);
     row.portDesc = Display(neighbour.portDescription);
     row.sysName = Display(neighbour.systemName);
     row.sysDesc = Display(neighbour.systemDescription);
@@ -176,11 +146,10 @@ void ProjectRemote(const ProjectionContext& context) {
       }
       management.interfaceSubtype = address->interfaceSubtype;
       management.interfaceNumber = static_cast<long>(address->interfaceNumber);
-      management.hasObjectId = address->objectId.has_value();
-      if (management.hasObjectId) {
+      if (address->objectId) {
         management.objectId =
             address->objectId->empty()
-                ? std::vector<oid>{0, 0}
+                ? kZeroDotZero
                 : std::vector<oid>(address->objectId->begin(), address->objectId->end());
       }
     }
@@ -224,13 +193,13 @@ void Project(const ProjectionContext& context) {
 
 void init_lldpMib() {
   AddProjector(Project);
-  // lldpObjects: 1.0.8802.1.1.2.1; lldpStatistics .2, lldpLocalSystemData .3,
-  // lldpRemoteSystemsData .4.
-  RegisterSortedRange("lldpStatistics", {1, 0, 8802, 1, 1, 2, 1, 2}, 1, 5, &statistics);
-  RegisterSortedRange("lldpLocalSystemData", {1, 0, 8802, 1, 1, 2, 1, 3}, 1, 6, &localSystem);
-  Register("lldpLocPortTable", {1, 0, 8802, 1, 1, 2, 1, 3, 7}, localPortTable);
-  Register("lldpRemTable", {1, 0, 8802, 1, 1, 2, 1, 4, 1}, remoteTable);
-  Register("lldpRemManAddrTable", {1, 0, 8802, 1, 1, 2, 1, 4, 2}, remoteManagementTable);
+  RegisterSortedRange("lldpStatistics", Mib::lldpStatsRemTablesLastChangeTime.Parent(),
+                      statistics.FirstColumn(), statistics.LastColumn(), &statistics);
+  RegisterSortedRange("lldpLocalSystemData", Mib::lldpLocChassisIdSubtype.Parent(),
+                      localSystem.FirstColumn(), localSystem.LastColumn(), &localSystem);
+  Register("lldpLocPortTable", Mib::lldpLocPortTable.id, localPortTable);
+  Register("lldpRemTable", Mib::lldpRemTable.id, remoteTable);
+  Register("lldpRemManAddrTable", Mib::lldpRemManAddrTable.id, remoteManagementTable);
 }
 
 }  // namespace Arq::Snmp

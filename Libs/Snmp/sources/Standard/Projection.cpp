@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Arq/Monitoring/MonitoringProcessor.h"
+#include "StandardObjects.h"
 
 namespace Arq::Snmp::Standard {
 namespace {
@@ -104,7 +105,7 @@ std::string Truncate(const std::string& text, std::size_t size) {
 }
 
 std::vector<oid> IfEntryCell(oid column, long ifIndex) {
-  std::vector<oid> cell = kIfEntry;
+  std::vector<oid> cell = Mib::ifEntry.id;
   cell.push_back(column);
   cell.push_back(static_cast<oid>(ifIndex));
   return cell;

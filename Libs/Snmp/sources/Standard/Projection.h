@@ -60,7 +60,6 @@ inline constexpr std::size_t kEntPhysicalSerialNumSize = 32;
 
 // Identifiers that several views and notifications use.
 inline const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};
-inline const std::vector<oid> kIfEntry{1, 3, 6, 1, 2, 1, 2, 2, 1};
 // ifEntry.<column>.<ifIndex>; column 1 (ifIndex.<n>) names an interface.
 std::vector<oid> IfEntryCell(oid column, long ifIndex);
 

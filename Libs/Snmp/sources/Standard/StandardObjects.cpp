@@ -1,23 +1,47 @@
 #include "StandardObjects.h"
 
+#include <limits>
+
 namespace Arq::Snmp::Standard {
+namespace {
+
+// TruthValue
+constexpr long kTrue = 1;
+constexpr long kFalse = 2;
+
+}  // namespace
 
 // A value whose kind does not fit the object's syntax gives no value rather
 // than one in the wrong type.
 bool Put(netsnmp_variable_list* var, const MibObject& object, long value) {
+  if (object.type == ASN_INTEGER) {
+    SetInteger(var, value);
+    return true;
+  }
+  return value >= 0 && Put(var, object, static_cast<std::uint64_t>(value));
+}
+
+bool Put(netsnmp_variable_list* var, const MibObject& object, std::uint64_t value) {
   switch (object.type) {
     case ASN_INTEGER:
-      SetInteger(var, value);
+      if (value > static_cast<std::uint64_t>(std::numeric_limits<long>::max())) return false;
+      SetInteger(var, static_cast<long>(value));
       return true;
     case ASN_UNSIGNED:
     case ASN_COUNTER:
     case ASN_TIMETICKS:
-      if (value < 0) return false;
-      SetUnsigned(var, object.type, static_cast<std::uint64_t>(value));
+      SetUnsigned(var, object.type, value);
+      return true;
+    case ASN_COUNTER64:
+      SetCounter64(var, value);
       return true;
     default:
       return false;
   }
+}
+
+bool Put(netsnmp_variable_list* var, const MibObject& object, bool value) {
+  return Put(var, object, value ? kTrue : kFalse);
 }
 
 bool Put(netsnmp_variable_list* var, const MibObject& object, const std::string& value) {

@@ -1,15 +1,19 @@
 #pragma once
 
-// The objects of the standard MIBs that the inventory, VLAN and PTP views
-// serve (EntityObjects.def, BridgeObjects.def, PtpBaseObjects.def): each one
-// constant named after its object, with its identifier and the ASN.1 type
-// its syntax is encoded as. A view answers a column through Put with the
-// column's object, so that its value always goes out in the MIB's syntax.
+// The objects of the standard MIBs that the interface, LLDP, inventory, VLAN
+// and PTP views serve (IfMibObjects.def, LldpObjects.def, EntityObjects.def,
+// BridgeObjects.def, PtpBaseObjects.def): each one constant named after its object, with its
+// identifier and the ASN.1 type its syntax is encoded as. A view declares
+// each column of a table by its object (Field, Fixed, Empty) and answers it
+// through Put, so that its value always goes out in the MIB's syntax.
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
-#include "SortedTable.h"
+#include "Projection.h"
 
 namespace Arq::Snmp::Standard {
 
@@ -25,20 +29,30 @@ struct MibObject {
 // The ASN.1 type of each syntax the definition files name.
 namespace Syntax {
 inline constexpr u_char Table = 0, Entry = 0, Notification = 0, ObjectIdentity = 0;
-inline constexpr u_char Integer = ASN_INTEGER, Integer32 = ASN_INTEGER,
+inline constexpr u_char Integer = ASN_INTEGER, Integer32 = ASN_INTEGER, IANAifType = ASN_INTEGER,
                         InterfaceIndex = ASN_INTEGER, InterfaceIndexOrZero = ASN_INTEGER,
                         PhysicalIndex = ASN_INTEGER, PhysicalIndexOrZero = ASN_INTEGER,
                         PhysicalClass = ASN_INTEGER, TruthValue = ASN_INTEGER,
                         RowStatus = ASN_INTEGER, VlanId = ASN_INTEGER, PtpClockType = ASN_INTEGER,
-                        PtpClockProfileType = ASN_INTEGER, PtpClockRoleType = ASN_INTEGER;
+                        PtpClockProfileType = ASN_INTEGER, PtpClockRoleType = ASN_INTEGER,
+                        LldpChassisIdSubtype = ASN_INTEGER, LldpPortIdSubtype = ASN_INTEGER,
+                        LldpPortNumber = ASN_INTEGER, AddressFamilyNumbers = ASN_INTEGER;
+// ZeroBasedCounter32 (RMON2-MIB) is a Gauge32 that wraps as a counter does.
 inline constexpr u_char Unsigned32 = ASN_UNSIGNED, Gauge32 = ASN_GAUGE, VlanIndex = ASN_UNSIGNED,
-                        PtpClockDomainType = ASN_UNSIGNED, PtpClockInstanceType = ASN_UNSIGNED,
-                        PtpClockPortNumber = ASN_UNSIGNED, Counter32 = ASN_COUNTER;
-inline constexpr u_char TimeStamp = ASN_TIMETICKS, TimeFilter = ASN_TIMETICKS;
+                        ZeroBasedCounter32 = ASN_GAUGE, PtpClockDomainType = ASN_UNSIGNED,
+                        PtpClockInstanceType = ASN_UNSIGNED, PtpClockPortNumber = ASN_UNSIGNED,
+                        Counter32 = ASN_COUNTER;
+inline constexpr u_char Counter64 = ASN_COUNTER64;
+inline constexpr u_char TimeTicks = ASN_TIMETICKS, TimeStamp = ASN_TIMETICKS,
+                        TimeFilter = ASN_TIMETICKS;
 inline constexpr u_char SnmpAdminString = ASN_OCTET_STR, DisplayString = ASN_OCTET_STR,
                         OctetString = ASN_OCTET_STR, DateAndTime = ASN_OCTET_STR,
-                        PortList = ASN_OCTET_STR;
-inline constexpr u_char AutonomousType = ASN_OBJECT_ID, RowPointer = ASN_OBJECT_ID;
+                        PortList = ASN_OCTET_STR, PhysAddress = ASN_OCTET_STR,
+                        LldpChassisId = ASN_OCTET_STR, LldpPortId = ASN_OCTET_STR,
+                        LldpManAddress = ASN_OCTET_STR,
+                        LldpSystemCapabilitiesMap = ASN_OCTET_STR;  // BITS
+inline constexpr u_char ObjectIdentifier = ASN_OBJECT_ID, AutonomousType = ASN_OBJECT_ID,
+                        RowPointer = ASN_OBJECT_ID;
 }  // namespace Syntax
 
 namespace Mib {
@@ -46,12 +60,18 @@ namespace Mib {
   inline const MibObject name{Syntax::syntax, {__VA_ARGS__}};
 #include "BridgeObjects.def"
 #include "EntityObjects.def"
+#include "IfMibObjects.def"
+#include "LldpObjects.def"
 #include "PtpBaseObjects.def"
 #undef ARQ_STD_OBJECT
 }  // namespace Mib
 
 // Sets a cell in its object's syntax; false (no value) for an empty optional.
+// Counter32, Gauge32 and TimeTicks take the low 32 bits of a number; a bool
+// is a TruthValue.
 bool Put(netsnmp_variable_list* var, const MibObject& object, long value);
+bool Put(netsnmp_variable_list* var, const MibObject& object, std::uint64_t value);
+bool Put(netsnmp_variable_list* var, const MibObject& object, bool value);
 bool Put(netsnmp_variable_list* var, const MibObject& object, const std::string& value);
 bool Put(netsnmp_variable_list* var, const MibObject& object, const std::vector<oid>& value);
 template <typename T>
@@ -61,5 +81,36 @@ bool Put(netsnmp_variable_list* var, const MibObject& object, const std::optiona
 
 // The instance of a scalar: its identifier followed by 0.
 std::vector<oid> Instance(const MibObject& object);
+
+// The value of an OBJECT IDENTIFIER that points nowhere.
+inline const std::vector<oid> kZeroDotZero{0, 0};
+
+// A column whose value is a member of the row, or what a member function or
+// a function of the row returns (a value the row derives, such as a sum).
+template <typename Row, const MibObject& object, auto member>
+Column<Row> Field() {
+  return {object.Arc(), [](const Row& row, netsnmp_variable_list* var) {
+            return Put(var, object, std::invoke(member, row));
+          }};
+}
+
+// A column with one value for every row: a number, or the address of a
+// constant (an identifier, a text).
+template <typename Row, const MibObject& object, auto value>
+Column<Row> Fixed() {
+  return {object.Arc(), [](const Row&, netsnmp_variable_list* var) {
+            if constexpr (std::is_pointer_v<decltype(value)>) {
+              return Put(var, object, *value);
+            } else {
+              return Put(var, object, static_cast<long>(value));
+            }
+          }};
+}
+// A zero-length string in every row.
+template <typename Row, const MibObject& object>
+Column<Row> Empty() {
+  return {object.Arc(),
+          [](const Row&, netsnmp_variable_list* var) { return Put(var, object, std::string()); }};
+}
 
 }  // namespace Arq::Snmp::Standard
