@@ -3,12 +3,6 @@
 add_compile_options(-Wall -Wextra -Wpedantic -Werror)
 # Source paths in log lines and assertions are relative to the repository.
 add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
-# A unity build includes each source into a combined file, where GCC takes a
-# source's types in an anonymous namespace for a header's and warns of every
-# class that holds one: a false alarm of the combination.
-if(CMAKE_UNITY_BUILD)
-  add_compile_options(-Wno-subobject-linkage)
-endif()
 
 if(ARQ_SANITIZE STREQUAL "address")
   add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)

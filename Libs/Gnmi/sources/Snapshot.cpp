@@ -20,6 +20,18 @@ std::shared_ptr<const Snapshot> MakeSnapshot(std::shared_ptr<const Model::Switch
   snapshot->timestamp = view->timestamp();
   const auto& leaves = Leaves();
   const Tree& tree = Tree::Instance();
+  // Room for every leaf of every instance, made once: grown by doubling, the
+  // entries took up to twice their size, and each step left a freed block of
+  // the heap behind.
+  std::size_t instances = 0;
+  std::size_t entries = 0;
+  for (std::size_t s = 0; s < kScopes; ++s) {
+    const auto count = view->Instances(static_cast<Scope>(s)).size();
+    instances += count;
+    entries += count * tree.LeavesOf(static_cast<Scope>(s)).size();
+  }
+  snapshot->instances.reserve(instances);
+  snapshot->entries.reserve(entries);
   // In the order of the scopes, which Diff's merge relies on.
   for (std::size_t s = 0; s < kScopes; ++s) {
     const auto scope = static_cast<Scope>(s);
