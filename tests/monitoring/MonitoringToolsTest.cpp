@@ -14,7 +14,7 @@
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/Metrics/CollectorHealth.h"
 #include "Daemon.h"
-#include "Standard/PortCounterTables.h"
+#include "Standard/Views/PortCounterTables.h"
 
 namespace {
 

@@ -19,7 +19,7 @@
 
 #include "Arq/OrvoViaSwitchService/Simulator/LoopbackAcceptor.h"
 #include "Daemon.h"
-#include "Standard/PortCounterTables.h"
+#include "Standard/Views/PortCounterTables.h"
 
 #ifdef ARQ_SIMULATOR_PATH
 

@@ -77,8 +77,7 @@ struct GnmiServer::Impl final : public Service {
   grpc::ServerUnaryReactor* Capabilities(grpc::CallbackServerContext* context,
                                          const gnmi::CapabilityRequest* request,
                                          gnmi::CapabilityResponse* response) override;
-  grpc::ServerUnaryReactor* Get(grpc::CallbackServerContext* context,
-                                const grpc::ByteBuffer* raw,
+  grpc::ServerUnaryReactor* Get(grpc::CallbackServerContext* context, const grpc::ByteBuffer* raw,
                                 grpc::ByteBuffer* response) override;
   grpc::ServerUnaryReactor* Set(grpc::CallbackServerContext* context,
                                 const gnmi::SetRequest* request,

@@ -11,7 +11,7 @@
 
 #include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/TestSupport/TempDir.h"
-#include "Standard/InventoryViews.h"
+#include "Standard/Views/InventoryViews.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/TestSupport/Process.h"
 #include "Modules.h"
-#include "Standard/Projection.h"
+#include "Standard/Engine/Projection.h"
 
 // The standard views as pure functions of a switch model, in-process and with
 // no snmpd: a hand-built model is projected, and the cells of the registered

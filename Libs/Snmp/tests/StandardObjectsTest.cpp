@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "Standard/PortCounterTables.h"
+#include "Standard/Views/PortCounterTables.h"
 
 namespace {
 
@@ -23,9 +23,9 @@ struct Object {
 
 #define ARQ_STD_OBJECT(name, syntax, ...) {#name, #syntax, #__VA_ARGS__},
 const std::vector<Object> kPackaged = {
-#include "../sources/Standard/BridgeObjects.def"
-#include "../sources/Standard/EntityObjects.def"
-#include "../sources/Standard/IfMibObjects.def"
+#include "../sources/Standard/Objects/BridgeObjects.def"
+#include "../sources/Standard/Objects/EntityObjects.def"
+#include "../sources/Standard/Objects/IfMibObjects.def"
 };
 #undef ARQ_STD_OBJECT
 

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <string>
 
-#include "Standard/PortCounterTables.h"
+#include "Standard/Views/PortCounterTables.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../Standard/StandardObjects.h"
+#include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {

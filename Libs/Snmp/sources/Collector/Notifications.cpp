@@ -8,7 +8,7 @@
 
 #include "../Modules.h"
 #include "../ObjectIdentifiers.h"
-#include "../Standard/Projection.h"
+#include "Standard/Engine/Projection.h"
 
 namespace Arq::Snmp {
 namespace {

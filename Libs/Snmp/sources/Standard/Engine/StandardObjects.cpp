@@ -1,4 +1,4 @@
-#include "StandardObjects.h"
+#include "Standard/Engine/StandardObjects.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "SortedTable.h"
+#include "Standard/Engine/SortedTable.h"
 
 #include <algorithm>
 #include <map>

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "Arq/OrvoViaSwitch/Domain/Model/SwitchModel.h"
-#include "SortedTable.h"
+#include "Standard/Engine/SortedTable.h"
 
 namespace Arq::Snmp::Standard {
 

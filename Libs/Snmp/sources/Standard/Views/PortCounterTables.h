@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "PortCounterObjects.def"
+#include "Standard/Objects/PortCounterObjects.def"
 
 namespace Arq::Snmp::Standard {
 

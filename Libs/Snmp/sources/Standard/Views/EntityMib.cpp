@@ -5,7 +5,7 @@
 #include <set>
 #include <tuple>
 
-#include "InventoryViews.h"
+#include "Standard/Views/InventoryViews.h"
 
 namespace Arq::Snmp::Standard {
 namespace {

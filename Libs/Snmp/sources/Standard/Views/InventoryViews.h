@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Projection.h"
-#include "StandardObjects.h"
+#include "Standard/Engine/Projection.h"
+#include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp::Standard {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <map>
 
-#include "InventoryViews.h"
+#include "Standard/Views/InventoryViews.h"
 
 namespace Arq::Snmp::Standard {
 namespace {

@@ -5,7 +5,7 @@
 #include <map>
 #include <set>
 
-#include "InventoryViews.h"
+#include "Standard/Views/InventoryViews.h"
 
 namespace Arq::Snmp::Standard {
 namespace {

@@ -1,6 +1,6 @@
-#include "InventoryViews.h"
+#include "Standard/Views/InventoryViews.h"
 
-#include "../Modules.h"
+#include "Modules.h"
 
 namespace Arq::Snmp {
 namespace Standard {

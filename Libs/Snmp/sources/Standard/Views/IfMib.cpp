@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "../Modules.h"
-#include "StandardObjects.h"
+#include "Modules.h"
+#include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
 
-#include "../Modules.h"
-#include "PortCounterObjects.def"
-#include "Projection.h"
+#include "Modules.h"
+#include "Standard/Engine/Projection.h"
+#include "Standard/Objects/PortCounterObjects.def"
 
 namespace Arq::Snmp {
 namespace {

@@ -13,7 +13,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "Projection.h"
+#include "Standard/Engine/Projection.h"
 
 namespace Arq::Snmp::Standard {
 
@@ -58,11 +58,11 @@ inline constexpr u_char ObjectIdentifier = ASN_OBJECT_ID, AutonomousType = ASN_O
 namespace Mib {
 #define ARQ_STD_OBJECT(name, syntax, ...) \
   inline const MibObject name{Syntax::syntax, {__VA_ARGS__}};
-#include "BridgeObjects.def"
-#include "EntityObjects.def"
-#include "IfMibObjects.def"
-#include "LldpObjects.def"
-#include "PtpBaseObjects.def"
+#include "Standard/Objects/BridgeObjects.def"
+#include "Standard/Objects/EntityObjects.def"
+#include "Standard/Objects/IfMibObjects.def"
+#include "Standard/Objects/LldpObjects.def"
+#include "Standard/Objects/PtpBaseObjects.def"
 #undef ARQ_STD_OBJECT
 }  // namespace Mib
 

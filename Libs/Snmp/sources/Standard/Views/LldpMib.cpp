@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "../Modules.h"
-#include "StandardObjects.h"
+#include "Modules.h"
+#include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp {
 namespace {

@@ -1,9 +1,9 @@
-#include "Projection.h"
+#include "Standard/Engine/Projection.h"
 
 #include <algorithm>
 
 #include "Arq/Monitoring/MonitoringProcessor.h"
-#include "StandardObjects.h"
+#include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp::Standard {
 namespace {
