@@ -94,7 +94,8 @@ class GnmiEndpointTest : public testing::Test {
   const std::set<std::string> expected = ScenarioInterfaces();
 };
 
-// A Get of every interface's in-octets: each interface of the scenario once,
+// Capabilities: the version, the encodings and the models served. A Get of
+// every interface's in-octets: each interface of the scenario once,
 // with the value IF-MIB gives for the same collection; a wrong password, no
 // client certificate or one no CA of ours signed is refused. A port's link
 // going down, then up, is streamed ON_CHANGE as one update each, stamped with
@@ -102,6 +103,11 @@ class GnmiEndpointTest : public testing::Test {
 TEST_F(GnmiEndpointTest, ServesTheSwitchToItsClientOnlyAndStreamsLinkChanges) {
   EXPECT_EQ(expected.size(), 221U);  // 194 ports, 24 PRS and 3 LAG interfaces
   EXPECT_EQ(setup.Master().Get("1.3.6.1.2.1.2.1.0"), "INTEGER: " + std::to_string(expected.size()));
+  EXPECT_EQ(Run("capabilities"),
+            Parse(R"(["0.10.0",["JSON_IETF","PROTO"],["openconfig-interfaces 3.0.0",)"
+                  R"("openconfig-if-ethernet 2.13.0","openconfig-if-aggregate 2.4.4",)"
+                  R"("openconfig-lldp 0.2.1","openconfig-platform 0.24.0",)"
+                  R"("orvovia-collector 1.0.0","orvovia-ptp 1.0.0"]])"));
   // Collections paused, both views hold the same model.
   setup.WriteOptions(R"({"SwitchMonitoringControl":{"CollectMetrics":false}})");
   ASSERT_TRUE(setup.WaitForGet("8.1.0", "INTEGER: 4", 10s));

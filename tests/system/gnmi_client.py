@@ -139,7 +139,14 @@ def stall():
     return {"interfaces": counts, "status": status, "drained": drained}
 
 
+def capabilities():
+    answer = stub().Capabilities(gnmi_pb2.CapabilityRequest(), metadata=metadata(), timeout=20)
+    return [answer.gNMI_version, [gnmi_pb2.Encoding.Name(e) for e in answer.supported_encodings],
+            [f"{m.name} {m.version}" for m in answer.supported_models]]
+
+
 STEPS = {"get": lambda: dict(zip(("status", "octets"), get(stub(), IN_OCTETS % "*"))),
+         "capabilities": capabilities,
          "refused": lambda: [get(stub(client), LINK, password)[0]
                              for client, password in (("client", "wrong"), ("", "secret"), ("rogue", "secret"))],
          "on-change": on_change, "sample": sample, "stall": stall}
