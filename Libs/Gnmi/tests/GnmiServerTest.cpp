@@ -1,4 +1,5 @@
 #include <grpcpp/grpcpp.h>
+#include <grpcpp/impl/client_unary_call.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -115,8 +116,9 @@ TEST(GnmiServerTest, RefusesSettingsThatCannotWork) {
   close(busy);
 }
 
-// Over gRPC on loopback what the daemon's system test does not ask: the
-// capabilities, an encoding not served, Set, and the cap on subscriptions.
+// Over gRPC on loopback what the daemon's system test does not ask: an
+// encoding not served, Set, a request that does not parse, and the cap on
+// subscriptions.
 TEST(GnmiServerTest, RefusesWhatItDoesNotServeAndCapsSubscriptions) {
   Settings settings;
   settings.maxSubscriptions = 1;
@@ -131,6 +133,23 @@ TEST(GnmiServerTest, RefusesWhatItDoesNotServeAndCapsSubscriptions) {
   gnmi::SetResponse set;
   EXPECT_EQ(served.stub->Set(Context().get(), {}, &set).error_code(),
             grpc::StatusCode::UNIMPLEMENTED);
+  // Bytes that are no GetRequest (a prefix cut in the middle of a varint);
+  // the next Get is answered.
+  gnmi::TypedValue garbage;
+  garbage.set_string_val("\x80");
+  const auto channel = grpc::CreateChannel("127.0.0.1:" + std::to_string(served.server->Port()),
+                                           grpc::InsecureChannelCredentials());
+  EXPECT_EQ(
+      (grpc::internal::BlockingUnaryCall<gnmi::TypedValue, gnmi::GetResponse,
+                                         grpc::protobuf::MessageLite, grpc::protobuf::MessageLite>(
+           channel.get(),
+           grpc::internal::RpcMethod("/gnmi.gNMI/Get", grpc::internal::RpcMethod::NORMAL_RPC),
+           Context().get(), garbage, &answer)
+           .error_code()),
+      grpc::StatusCode::INVALID_ARGUMENT);
+  get.set_encoding(gnmi::PROTO);
+  ASSERT_TRUE(served.stub->Get(Context().get(), get, &answer).ok());
+  EXPECT_EQ(answer.notification(0).update(0).val().string_val(), "DOWN");
 
   auto first = Context();
   auto open = served.stub->Subscribe(first.get());
