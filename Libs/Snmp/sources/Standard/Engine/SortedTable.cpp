@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "Standard/Engine/StandardObjects.h"
+
 namespace Arq::Snmp::Standard {
 namespace {
 
@@ -19,29 +21,16 @@ struct Shared {
   std::vector<Registered> members;
 };
 
-// Subtrees whose views share one registration: a walk that runs past the end
-// of one table then finds the next table's first cell in the same AgentX
-// request, rather than the sub-agent answering "end of the registration" and
-// snmpd asking the next one in one more round trip, a cost that shows in a
-// walk of a few rows. A registration, not a range of arcs: snmpd splits a
-// range into a subtree per arc, each crossed with a round trip of its own.
-// Only subtrees whose every object is ours or served by no module of snmpd;
-// IF-MIB, EtherLike-MIB, RMON-MIB and BRIDGE-MIB's dot1dBase, which snmpd may
-// serve in part for the management processor, keep one registration per
-// table.
-struct SharedSubtree {
-  const char* name;
-  std::vector<oid> id;
-};
-const std::vector<SharedSubtree>& SharedSubtrees() {
-  static const std::vector<SharedSubtree> subtrees = {
-      {"lldpObjects", {1, 0, 8802, 1, 1, 2, 1}},
-      {"lagMIBObjects", {1, 2, 840, 10006, 300, 43, 1}},
-      {"entityMIBObjects", {1, 3, 6, 1, 2, 1, 47, 1}},
-      {"dot1qVlan", {1, 3, 6, 1, 2, 1, 17, 7, 1, 4}},
-      {"ptpbaseMIBObjects", {1, 3, 6, 1, 2, 1, 241, 1}},
-  };
-  return subtrees;
+// The subtree whose one registration serves `root` (Subtrees.def), or none.
+const Subtree* SharedSubtreeOf(const std::vector<oid>& root) {
+  for (const Subtree& subtree : Subtrees()) {
+    const auto& id = subtree.object.id;
+    if (subtree.role == SubtreeRole::Shared && root.size() > id.size() &&
+        std::equal(id.begin(), id.end(), root.begin())) {
+      return &subtree;
+    }
+  }
+  return nullptr;
 }
 
 int Compare(const oid* a, std::size_t aLength, const std::vector<oid>& b) {
@@ -188,14 +177,10 @@ netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
                                        const std::vector<oid>& root, unsigned firstColumn,
                                        unsigned lastColumn, bool range, ISortedTable* table) {
   Registry()[name] = {table, firstColumn, lastColumn};
-  const auto subtree =
-      std::find_if(SharedSubtrees().begin(), SharedSubtrees().end(), [&](const auto& shared) {
-        return root.size() > shared.id.size() &&
-               std::equal(shared.id.begin(), shared.id.end(), root.begin());
-      });
+  const Subtree* subtree = SharedSubtreeOf(root);
   Registered member{table, std::move(entry), firstColumn, lastColumn};
   netsnmp_handler_registration* registration = nullptr;
-  if (subtree == SharedSubtrees().end()) {
+  if (subtree == nullptr) {
     auto* shared = new Shared{{std::move(member)}};  // lives as long as the registration
     registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
                                       lastColumn, shared);
@@ -203,7 +188,8 @@ netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
     SharedRegistration& found = SharedRegistrations()[subtree->name];
     if (found.shared == nullptr) {
       found.shared = new Shared;  // lives as long as the registration
-      found.registration = CreateRegistration(subtree->name, subtree->id, 0, 0, found.shared);
+      found.registration =
+          CreateRegistration(subtree->name, subtree->object.id, 0, 0, found.shared);
     }
     // Kept in the order of the members' first identifiers.
     const auto start = [](const Registered& r) {

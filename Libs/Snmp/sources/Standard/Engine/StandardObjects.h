@@ -64,7 +64,28 @@ namespace Mib {
 #include "Standard/Objects/LldpObjects.def"
 #include "Standard/Objects/PtpBaseObjects.def"
 #undef ARQ_STD_OBJECT
+#define ARQ_STD_SUBTREE(name, role, ...) \
+  inline const MibObject name{Syntax::ObjectIdentity, {__VA_ARGS__}};
+#include "Standard/Objects/Subtrees.def"
+#undef ARQ_STD_SUBTREE
 }  // namespace Mib
+
+// A served subtree (Subtrees.def): a MIB module's, or one registration
+// shared by the views under it.
+enum class SubtreeRole { Module, Shared };
+struct Subtree {
+  const char* name;
+  SubtreeRole role;
+  const MibObject& object;
+};
+inline const std::vector<Subtree>& Subtrees() {
+  static const std::vector<Subtree> subtrees = {
+#define ARQ_STD_SUBTREE(name, role, ...) {#name, SubtreeRole::role, Mib::name},
+#include "Standard/Objects/Subtrees.def"
+#undef ARQ_STD_SUBTREE
+  };
+  return subtrees;
+}
 
 // Sets a cell in its object's syntax; false (no value) for an empty optional.
 // Counter32, Gauge32 and TimeTicks take the low 32 bits of a number; a bool

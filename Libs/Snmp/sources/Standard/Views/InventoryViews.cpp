@@ -39,13 +39,13 @@ void RegisterUnder(const std::vector<oid>& subtree) {
 }  // namespace
 
 void init_entityMib() {
-  RegisterUnder({1, 3, 6, 1, 2, 1, 47});
+  RegisterUnder(Standard::Mib::entityMIB.id);
 }
 void init_bridgeMib() {
-  RegisterUnder({1, 3, 6, 1, 2, 1, 17});
+  RegisterUnder(Standard::Mib::dot1dBridge.id);
 }
 void init_ptpBaseMib() {
-  RegisterUnder({1, 3, 6, 1, 2, 1, 241});
+  RegisterUnder(Standard::Mib::ptpbaseMIB.id);
 }
 
 }  // namespace Arq::Snmp
