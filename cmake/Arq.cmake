@@ -29,6 +29,15 @@ function(arq_add_gtest name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
+  # The tests' own code is compiled for a short build, not for speed: it
+  # spends its time waiting on the components it drives, which keep their
+  # build's optimisation. A test file compiles in about 0.65 of the time at
+  # -O1 than at -O3, and in about 0.6 at -O0 than at -O1 with a sanitizer.
+  if(NOT ARQ_SANITIZE STREQUAL "")
+    target_compile_options(${name} PRIVATE -O0)
+  elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_options(${name} PRIVATE -O1)
+  endif()
   set(labels unit)
   if(ARG_LABELS)
     set(labels ${ARG_LABELS})
