@@ -32,8 +32,6 @@ using Arq::Snmp::Standard::ColumnUse;
 using Arq::Snmp::Standard::PortCounterTables;
 using Arq::Snmp::Standard::TableInfo;
 
-constexpr const char* kIfName = "1.3.6.1.2.1.31.1.1.1.1";
-constexpr const char* kIfAlias = "1.3.6.1.2.1.31.1.1.1.18";
 constexpr const char* kGeneratedMark = "generated: ArqStandardViewsConfig ";
 constexpr const char* kEndMark = "end generated";
 
@@ -137,15 +135,15 @@ void PrintPortsModule(std::ostream& out) {
   ForEachExported([&out](const TableInfo& table, const ColumnInfo& column) {
     out << "  - " << table.Oid(column) << "\n";
   });
-  out << "  - " << kIfName << "\n  - " << kIfAlias << "\n  metrics:\n";
-  ForEachExported([&out](const TableInfo& table, const ColumnInfo& column) {
+  const std::string ifName = Dotted(Find("ifName").arcs), ifAlias = Dotted(Find("ifAlias").arcs);
+  out << "  - " << ifName << "\n  - " << ifAlias << "\n  metrics:\n";
+  ForEachExported([&out, &ifName, &ifAlias](const TableInfo& table, const ColumnInfo& column) {
     out << "  - name: " << column.name << "\n    oid: " << table.Oid(column)
         << "\n    type: " << (column.Counter() ? "counter" : "gauge") << "\n    help: " << table.mib
         << " " << column.name << ", from " << Source(column) << " - " << table.Oid(column)
         << "\n    indexes:\n    - labelname: ifIndex\n      type: gauge\n"
         << "    lookups:\n";
-    for (const auto& [label, oid] :
-         {std::pair{"ifAlias", kIfAlias}, std::pair{"ifName", kIfName}}) {
+    for (const auto& [label, oid] : {std::pair{"ifAlias", ifAlias}, std::pair{"ifName", ifName}}) {
       out << "    - labels:\n      - ifIndex\n      labelname: " << label << "\n      oid: " << oid
           << "\n      type: DisplayString\n";
     }
@@ -264,10 +262,11 @@ void PrintCollectdData(std::ostream& out) {
   out << "  # The switch's per-port error, pause, size and duplex counters of the\n"
          "  # standard MIBs, every port by ifName (written by the build from\n"
          "  # PortCounterObjects.def; dot3StatsDuplexStatus 1 unknown, 2 half, 3 full).\n";
-  ForEachExported([&out](const TableInfo& table, const ColumnInfo& column) {
+  const std::string ifName = Dotted(Find("ifName").arcs);
+  ForEachExported([&out, &ifName](const TableInfo& table, const ColumnInfo& column) {
     out << "  <Data \"orvovia_" << column.name << "\">\n    Type \""
         << (column.Counter() ? "derive" : "gauge") << "\"\n    Table true\n    TypeInstanceOID \""
-        << kIfName << "\"\n    TypeInstancePrefix \"" << column.name << "-\"\n    Values \""
+        << ifName << "\"\n    TypeInstancePrefix \"" << column.name << "-\"\n    Values \""
         << table.Oid(column) << "\"\n  </Data>\n";
   });
 }
