@@ -1,7 +1,6 @@
 #include "Standard/Engine/SortedTable.h"
 
 #include <algorithm>
-#include <map>
 
 #include "Standard/Engine/StandardObjects.h"
 
@@ -13,13 +12,21 @@ struct Registered {
   std::vector<oid> entry;  // tableId + 1, or the group of a range of scalars
   unsigned firstColumn;
   unsigned lastColumn;
+  std::function<void()> refresh;
 };
 
+}  // namespace
+
 // The tables and scalar ranges behind one Net-SNMP registration, in
-// ascending order of their identifiers (their spans never overlap).
-struct Shared {
+// ascending order of their identifiers (their spans never overlap), and the
+// registration.
+struct SortedHandler {
   std::vector<Registered> members;
+  netsnmp_handler_registration* registration = nullptr;
 };
+using Shared = SortedHandler;
+
+namespace {
 
 // The subtree whose one registration serves `root` (Subtrees.def), or none.
 const Subtree* SharedSubtreeOf(const std::vector<oid>& root) {
@@ -125,7 +132,7 @@ int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
            netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
   const auto& shared = *static_cast<const Shared*>(handler->myvoid);
   if (reqinfo->mode != MODE_GET && reqinfo->mode != MODE_GETNEXT) return SNMP_ERR_NOERROR;
-  for (const Registered& r : shared.members) r.table->Refresh();
+  for (const Registered& r : shared.members) r.refresh();
   for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
     if (request->processed) continue;
     if (reqinfo->mode == MODE_GET) {
@@ -141,22 +148,10 @@ int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
 
 }  // namespace
 
+SortedRegistrations::SortedRegistrations() = default;
+SortedRegistrations::~SortedRegistrations() = default;
+
 namespace {
-
-std::map<std::string, RegisteredView>& Registry() {
-  static std::map<std::string, RegisteredView> registry;
-  return registry;
-}
-
-// The shared subtree's registration and members, made at its first member.
-struct SharedRegistration {
-  Shared* shared = nullptr;
-  netsnmp_handler_registration* registration = nullptr;
-};
-std::map<std::string, SharedRegistration>& SharedRegistrations() {
-  static std::map<std::string, SharedRegistration> registrations;
-  return registrations;
-}
 
 netsnmp_handler_registration* CreateRegistration(const char* name, const std::vector<oid>& root,
                                                  int rangeSubid, unsigned rangeUpperBound,
@@ -173,62 +168,63 @@ netsnmp_handler_registration* CreateRegistration(const char* name, const std::ve
   return registration;
 }
 
-netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
-                                       const std::vector<oid>& root, unsigned firstColumn,
-                                       unsigned lastColumn, bool range, ISortedTable* table) {
-  Registry()[name] = {table, firstColumn, lastColumn};
+netsnmp_handler_registration* Register(SortedRegistrations& registrations, const char* name,
+                                       std::vector<oid> entry, const std::vector<oid>& root,
+                                       unsigned firstColumn, unsigned lastColumn, bool range,
+                                       ISortedTable* table, std::function<void()> refresh) {
   const Subtree* subtree = SharedSubtreeOf(root);
-  Registered member{table, std::move(entry), firstColumn, lastColumn};
-  netsnmp_handler_registration* registration = nullptr;
+  Registered member{table, std::move(entry), firstColumn, lastColumn, std::move(refresh)};
+  Shared* shared = nullptr;
   if (subtree == nullptr) {
-    auto* shared = new Shared{{std::move(member)}};  // lives as long as the registration
-    registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
-                                      lastColumn, shared);
+    shared = registrations.handlers.emplace_back(std::make_unique<Shared>()).get();
+    shared->members.push_back(std::move(member));
+    shared->registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
+                                              lastColumn, shared);
   } else {
-    SharedRegistration& found = SharedRegistrations()[subtree->name];
-    if (found.shared == nullptr) {
-      found.shared = new Shared;  // lives as long as the registration
-      found.registration =
-          CreateRegistration(subtree->name, subtree->object.id, 0, 0, found.shared);
+    Shared*& found = registrations.bySubtree[subtree->name];
+    if (found == nullptr) {
+      found = registrations.handlers.emplace_back(std::make_unique<Shared>()).get();
+      found->registration = CreateRegistration(subtree->name, subtree->object.id, 0, 0, found);
     }
+    shared = found;
     // Kept in the order of the members' first identifiers.
     const auto start = [](const Registered& r) {
       std::vector<oid> id = r.entry;
       id.push_back(r.firstColumn);
       return id;
     };
-    auto& members = found.shared->members;
+    auto& members = shared->members;
     const std::vector<oid> at = start(member);
     members.insert(std::find_if(members.begin(), members.end(),
                                 [&](const Registered& r) { return start(r) > at; }),
                    std::move(member));
-    registration = found.registration;
   }
   snmp_log(LOG_INFO, "%s Done initializing.\n", name);
-  return registration;
+  return shared->registration;
 }
 
 }  // namespace
 
-netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
+netsnmp_handler_registration* RegisterSortedTable(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& tableId,
                                                   unsigned firstColumn, unsigned lastColumn,
-                                                  ISortedTable* table) {
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh) {
   std::vector<oid> entry = tableId;
   entry.push_back(1);
-  return Register(name, entry, tableId, firstColumn, lastColumn, false, table);
+  return Register(registrations, name, entry, tableId, firstColumn, lastColumn, false, table,
+                  std::move(refresh));
 }
 
-netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+netsnmp_handler_registration* RegisterSortedRange(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& group,
                                                   unsigned firstArc, unsigned lastArc,
-                                                  ISortedTable* table) {
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh) {
   std::vector<oid> root = group;
   root.push_back(firstArc);
-  return Register(name, group, root, firstArc, lastArc, true, table);
-}
-
-RegisteredView FindRegistered(const std::string& name) {
-  const auto found = Registry().find(name);
-  return found == Registry().end() ? RegisteredView{} : found->second;
+  return Register(registrations, name, group, root, firstArc, lastArc, true, table,
+                  std::move(refresh));
 }
 
 void SetInteger(netsnmp_variable_list* var, long value) {
