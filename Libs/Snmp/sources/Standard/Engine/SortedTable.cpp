@@ -24,7 +24,6 @@ struct SortedHandler {
   std::vector<Registered> members;
   netsnmp_handler_registration* registration = nullptr;
 };
-using Shared = SortedHandler;
 
 namespace {
 
@@ -61,7 +60,7 @@ std::size_t FirstRowAfter(const ISortedTable& table, const oid* arcs, std::size_
 }
 
 // The member whose columns hold the requested name, if any.
-const Registered* Holder(const Shared& shared, const netsnmp_variable_list* var) {
+const Registered* Holder(const SortedHandler& shared, const netsnmp_variable_list* var) {
   for (const Registered& r : shared.members) {
     const std::size_t base = r.entry.size();
     if (var->name_length <= base + 1 ||
@@ -74,7 +73,7 @@ const Registered* Holder(const Shared& shared, const netsnmp_variable_list* var)
   return nullptr;
 }
 
-void AnswerGet(const Shared& shared, netsnmp_agent_request_info* reqinfo,
+void AnswerGet(const SortedHandler& shared, netsnmp_agent_request_info* reqinfo,
                netsnmp_request_info* request) {
   netsnmp_variable_list* var = request->requestvb;
   const Registered* holder = Holder(shared, var);
@@ -130,7 +129,7 @@ bool AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
 
 int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
            netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
-  const auto& shared = *static_cast<const Shared*>(handler->myvoid);
+  const auto& shared = *static_cast<const SortedHandler*>(handler->myvoid);
   if (reqinfo->mode != MODE_GET && reqinfo->mode != MODE_GETNEXT) return SNMP_ERR_NOERROR;
   for (const Registered& r : shared.members) r.refresh();
   for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
@@ -155,7 +154,7 @@ namespace {
 
 netsnmp_handler_registration* CreateRegistration(const char* name, const std::vector<oid>& root,
                                                  int rangeSubid, unsigned rangeUpperBound,
-                                                 Shared* shared) {
+                                                 SortedHandler* shared) {
   netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
       name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
   registration->handler->myvoid = shared;
@@ -174,16 +173,16 @@ netsnmp_handler_registration* Register(SortedRegistrations& registrations, const
                                        ISortedTable* table, std::function<void()> refresh) {
   const Subtree* subtree = SharedSubtreeOf(root);
   Registered member{table, std::move(entry), firstColumn, lastColumn, std::move(refresh)};
-  Shared* shared = nullptr;
+  SortedHandler* shared = nullptr;
   if (subtree == nullptr) {
-    shared = registrations.handlers.emplace_back(std::make_unique<Shared>()).get();
+    shared = registrations.handlers.emplace_back(std::make_unique<SortedHandler>()).get();
     shared->members.push_back(std::move(member));
     shared->registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
                                               lastColumn, shared);
   } else {
-    Shared*& found = registrations.bySubtree[subtree->name];
+    SortedHandler*& found = registrations.bySubtree[subtree->name];
     if (found == nullptr) {
-      found = registrations.handlers.emplace_back(std::make_unique<Shared>()).get();
+      found = registrations.handlers.emplace_back(std::make_unique<SortedHandler>()).get();
       found->registration = CreateRegistration(subtree->name, subtree->object.id, 0, 0, found);
     }
     shared = found;

@@ -78,7 +78,8 @@ class PortCounterView {
 #define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
 #define ARQ_SOURCE_lldpLocManAddrTable nullptr
 #define ARQ_PORT_COUNTER_TABLE(name, mib, arcs, row, columns) \
-  ProjectedTable<PortCounters::row> name{PortCounters::name##Columns(), ARQ_SOURCE_##name};
+  ProjectedTable<PortCounters::row> name =                    \
+      ProjectedTable<PortCounters::row>(PortCounters::name##Columns(), ARQ_SOURCE_##name);
   ARQ_PORT_COUNTER_TABLES(ARQ_PORT_COUNTER_TABLE)
 #undef ARQ_PORT_COUNTER_TABLE
 };
