@@ -5,6 +5,10 @@
 
 namespace Arq::Snmp {
 
+namespace Standard {
+class StandardViews;
+}
+
 void init_arqSwitchOrvoViaNbEthernetInterfaces();
 int handle_arqSwitchOrvoViaNbEthernetInterfaces(netsnmp_mib_handler*, netsnmp_handler_registration*,
                                                 netsnmp_agent_request_info*, netsnmp_request_info*);
@@ -151,22 +155,21 @@ int arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable_handler(netsnmp_mib_handler*
                                                             netsnmp_agent_request_info*,
                                                             netsnmp_request_info*);
 
-// The standard views of the same values: IF-MIB (ifNumber, ifTable, ifXTable,
-// ifStackTable) and LLDP-MIB.
-void init_ifMib();
-
-// The collector's health group and its table of switch calls.
-void init_arqSwitchOrvoViaCollector();
+// The standard views and the collector's health group, registered from the
+// one owner of their tables (Standard::StandardViews): IF-MIB (ifNumber,
+// ifTable, ifXTable, ifStackTable), LLDP-MIB, the per-port counters, LAG
+// membership and management address in EtherLike-MIB, RMON-MIB, HC-RMON-MIB,
+// IEEE8023-LAG-MIB and LLDP-MIB, the switch's inventory (ENTITY-MIB), its
+// bridge ports' VLANs (BRIDGE-MIB, Q-BRIDGE-MIB) and its PTP clocks
+// (PTPBASE-MIB).
+void init_arqSwitchOrvoViaCollector(Standard::StandardViews& views);
+void init_ifMib(Standard::StandardViews& views);
+void init_lldpMib(Standard::StandardViews& views);
+void init_portCounterViews(Standard::StandardViews& views);
+void init_entityMib(Standard::StandardViews& views);
+void init_bridgeMib(Standard::StandardViews& views);
+void init_ptpBaseMib(Standard::StandardViews& views);
 // The collector's and IF-MIB's notifications, sent from the agent's loop.
-void init_arqSwitchOrvoViaNotifications();
-void init_lldpMib();
-// The per-port counters, LAG membership and management address in
-// EtherLike-MIB, RMON-MIB, HC-RMON-MIB, IEEE8023-LAG-MIB and LLDP-MIB.
-void init_portCounterViews();
-// The switch's inventory (ENTITY-MIB), its bridge ports' VLANs (BRIDGE-MIB,
-// Q-BRIDGE-MIB) and its PTP clocks (PTPBASE-MIB).
-void init_entityMib();
-void init_bridgeMib();
-void init_ptpBaseMib();
+void init_arqSwitchOrvoViaNotifications(Standard::StandardViews& views);
 
 }  // namespace Arq::Snmp

@@ -9,6 +9,7 @@
 #include "MasterSocket.h"
 #include "Mechanism.h"
 #include "Modules.h"
+#include "Standard/StandardViews.h"
 
 namespace {
 
@@ -27,6 +28,8 @@ namespace Arq::Snmp {
 
 SnmpSubAgent::SnmpSubAgent(std::string logFileName, std::function<int()> logThreshold)
     : logFileName(std::move(logFileName)), logThreshold(std::move(logThreshold)) {}
+
+SnmpSubAgent::~SnmpSubAgent() = default;
 
 void SnmpSubAgent::Run() {
   if (!logFileName.empty() && IsStandardOutputOn(logFileName)) {
@@ -82,13 +85,18 @@ void SnmpSubAgent::Run() {
   init_arqSwitchOrvoViaLAG3InterfaceVlanIds();
   init_arqSwitchOrvoViaLAG3InterfaceNbEthernetPorts();
   init_arqSwitchOrvoViaLAG3InterfaceEthernetPortsTable();
-  init_arqSwitchOrvoViaCollector();
-  init_ifMib();
-  init_lldpMib();
-  init_portCounterViews();
-  init_entityMib();
-  init_bridgeMib();
-  init_ptpBaseMib();
+  // The one owner of the standard views' tables, over the daemon's model
+  // store. Net-SNMP keeps pointers into it (the handlers' myvoid, the alarms'
+  // client arguments) as long as the agent runs, so it lives as long as this
+  // sub-agent: past snmp_shutdown, which stops every request and alarm.
+  views = std::make_unique<Standard::StandardViews>(Monitoring::MonitoringProcessor::switchModel);
+  init_arqSwitchOrvoViaCollector(*views);
+  init_ifMib(*views);
+  init_lldpMib(*views);
+  init_portCounterViews(*views);
+  init_entityMib(*views);
+  init_bridgeMib(*views);
+  init_ptpBaseMib(*views);
 
   if (agentxSubagent == 0) {
     init_vacm();
@@ -106,7 +114,7 @@ void SnmpSubAgent::Run() {
   // The daemon has nothing to reload: a hang-up (its terminal or session
   // gone) is an orderly stop like SIGTERM, with the end line.
   (void)signal(SIGHUP, stop_server);
-  init_arqSwitchOrvoViaNotifications();
+  init_arqSwitchOrvoViaNotifications(*views);
   snmp_log(LOG_INFO, "orvovia-snmpd is up and running.\n");
 
   while (keep_running != 0) agent_check_and_process(1);

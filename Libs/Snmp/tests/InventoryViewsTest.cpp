@@ -11,7 +11,7 @@
 
 #include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/TestSupport/TempDir.h"
-#include "Standard/Views/InventoryViews.h"
+#include "Standard/StandardViews.h"
 
 namespace {
 
@@ -84,9 +84,9 @@ std::string Cell(const netsnmp_variable_list& var) {
 }
 
 // Every view's rows as "<index> <column>=<cell> ...", by view name.
-std::map<std::string, Rows> Walk() {
+std::map<std::string, Rows> Walk(const Standard::StandardViews& views) {
   std::map<std::string, Rows> walked;
-  for (const auto& view : Standard::InventoryViews()) {
+  for (const auto& view : views.Views()) {
     auto& rows = walked[view.name];
     for (std::size_t row = 0; row < view.table->Rows(); ++row) {
       std::string text;
@@ -107,18 +107,18 @@ std::map<std::string, Rows> Walk() {
 
 class InventoryViewsTest : public testing::Test {
  protected:
-  void SetUp() override {
-    Standard::InventoryViews();  // adds the projectors
-  }
   std::map<std::string, Rows> Project(const Switch& built) {
     auto model = std::make_shared<Model::SwitchModel>(built.model);
     numbers.Assign(*model, 0);
-    Standard::ProjectAll(model);
-    return Walk();
+    store.Publish(model);
+    views.Refresh();
+    return Walk(views);
   }
 
   Arq::TestSupport::TempDir dir;
   Arq::Monitoring::Numbers numbers{dir.Path()};
+  Model::SwitchModelStore store;
+  Standard::StandardViews views{store};
 };
 
 // The small scenario's switch: two Ethernet interfaces, a PRS pair, a LAG of
@@ -248,7 +248,7 @@ TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
   none.Ptp(300, Mode::Slave, {"1/1"}, {})
       .Ptp(127, Mode::Transparent, {"9/99"}, {}, Dto::PTPPacketType::Unknown);
   walked = Project(none);
-  for (const auto& view : Standard::PtpBaseViews()) {
+  for (const auto& view : views.ptpBase.Views()) {
     EXPECT_EQ(walked[view.name], view.group ? Rows{"0"} : Rows{}) << view.name;
   }
 }

@@ -11,11 +11,11 @@
 
 #include "Arq/Monitoring/MetricConverter/LldpTlv.h"
 #include "Arq/Monitoring/Model/LldpNeighbourDecoder.h"
-#include "Arq/Monitoring/MonitoringProcessor.h"
+#include "Arq/Monitoring/Model/Numbers.h"
 #include "Arq/Monitoring/SwitchSnapshot.h"
 #include "Arq/TestSupport/Process.h"
 #include "Modules.h"
-#include "Standard/Engine/Projection.h"
+#include "Standard/StandardViews.h"
 
 // The standard views as pure functions of a switch model, in-process and with
 // no snmpd: a hand-built model is projected, and the cells of the registered
@@ -31,28 +31,26 @@ class ProjectionTest : public testing::Test {
   static void SetUpTestSuite() {
     netsnmp_ds_set_boolean(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_ROLE, 1);
     init_agent("arq-projection-test");
-    Arq::Snmp::init_ifMib();
-    Arq::Snmp::init_lldpMib();
-    Arq::Snmp::init_portCounterViews();
   }
 
   void Project(Model::SwitchModel model) {
     numbers.Assign(model, 0);
-    Standard::ProjectAll(std::make_shared<const Model::SwitchModel>(std::move(model)));
+    store.Publish(std::make_shared<Model::SwitchModel>(std::move(model)));
+    views.Refresh();
   }
 
   // The cell "<column>.<index arcs>" of a view as snmpwalk prints it, or
   // "absent".
-  static std::string Cell(const std::string& view, const std::string& cell) {
-    const auto registered = Standard::FindRegistered(view);
-    if (registered.table == nullptr) return "no view " + view;
-    for (unsigned column = registered.firstColumn; column <= registered.lastColumn; ++column) {
-      for (std::size_t row = 0; row < registered.table->Rows(); ++row) {
+  std::string Cell(const std::string& view, const std::string& cell) const {
+    const auto* registered = views.Find(view);
+    if (registered == nullptr) return "no view " + view;
+    for (unsigned column = registered->firstColumn; column <= registered->lastColumn; ++column) {
+      for (std::size_t row = 0; row < registered->table->Rows(); ++row) {
         std::string name = std::to_string(column);
-        for (const oid arc : registered.table->Index(row)) name += "." + std::to_string(arc);
+        for (const oid arc : registered->table->Index(row)) name += "." + std::to_string(arc);
         if (name != cell) continue;
         netsnmp_variable_list var{};
-        if (!registered.table->Answer(row, column, &var)) return "absent";
+        if (!registered->table->Answer(row, column, &var)) return "absent";
         const std::string text = Render(var);
         snmp_free_var_internals(&var);
         return text;
@@ -62,7 +60,7 @@ class ProjectionTest : public testing::Test {
   }
 
   using Views = std::map<std::string, std::map<std::string, std::string>>;
-  static void ExpectCells(const Views& expected) {
+  void ExpectCells(const Views& expected) const {
     for (const auto& [view, cells] : expected) {
       for (const auto& [cell, value] : cells) EXPECT_EQ(Cell(view, cell), value) << view << cell;
     }
@@ -76,6 +74,8 @@ class ProjectionTest : public testing::Test {
   }
 
   Arq::Monitoring::Numbers numbers{""};
+  Model::SwitchModelStore store;
+  Standard::StandardViews views{store};
 };
 
 Model::Port Port(const std::string& name, Dto::EthSpeed speed, Model::LinkState link,
@@ -155,7 +155,7 @@ TEST_F(ProjectionTest, InterfaceViewsServeEveryConsistentInterfaceOnce) {
         {"4.2001", "STRING: \"prs1 port 2/1\""}, {"3.100001", "absent"}}}};
   // clang-format on
   ExpectCells(expected);
-  EXPECT_EQ(Standard::FindRegistered("ifTable").table->Rows(), 8u);
+  EXPECT_EQ(views.ifMib.ifTable.Rows(), 8u);
 }
 
 // Texts a neighbour chooses are cut to the MIB's sizes, at the start of a
@@ -222,12 +222,12 @@ TEST_F(ProjectionTest, PortCountersLagMembershipAndManagementAddressAreProjected
   // clang-format on
   // lag1's ports as a PortList of actor ports: bits 1001 to 1003.
   netsnmp_variable_list var{};
-  ASSERT_TRUE(Standard::FindRegistered("dot3adAggPortListTable").table->Answer(0, 1, &var));
+  ASSERT_TRUE(views.portCounters.dot3adAggPortListTable.Answer(0, 1, &var));
   EXPECT_EQ(std::string(reinterpret_cast<char*>(var.val.string), var.val_len),
             std::string(125, '\0') + "\xe0");
   snmp_free_var_internals(&var);
-  EXPECT_EQ(Standard::FindRegistered("dot3StatsTable").table->Rows(), 7u);
-  EXPECT_EQ(Standard::FindRegistered("etherStatsTable").table->Rows(), 7u);
+  EXPECT_EQ(views.portCounters.dot3StatsTable.Rows(), 7u);
+  EXPECT_EQ(views.portCounters.etherStatsTable.Rows(), 7u);
 }
 
 // The notifications in-process, as the sub-agent hands them to the master:
@@ -250,7 +250,7 @@ TEST_F(ProjectionTest, CollectorNotificationsFollowTheHealthOfEachCollection) {
   using State = Arq::OrvoViaSwitch::Domain::Dto::Metrics::CollectorState;
   snmp_register_callback(SNMP_CALLBACK_APPLICATION, SNMPD_CALLBACK_SEND_TRAP2, CaptureNotification,
                          nullptr);
-  Arq::Snmp::init_arqSwitchOrvoViaNotifications();
+  Arq::Snmp::init_arqSwitchOrvoViaNotifications(views);
   const std::string e = "\xc3\xa9";  // é, two bytes: the 255th and 256th
   const State states[] = {State::Unreachable, State::Unreachable, State::Unreachable,
                           State::Unreachable, State::Ok};
@@ -262,7 +262,7 @@ TEST_F(ProjectionTest, CollectorNotificationsFollowTheHealthOfEachCollection) {
     health.collections = static_cast<std::int64_t>(n) + 1;
     health.consecutiveUnreachable = unreachable = states[n] == State::Ok ? 0 : unreachable + 1;
     health.lastError = std::string(254, 'a') + e + "x";
-    Arq::Monitoring::MonitoringProcessor::switchModel.Publish(model);
+    store.Publish(model);
     const auto before = sentNotifications.size();
     // The agent's alarm looks for a new model once a second.
     Arq::TestSupport::WaitUntil(

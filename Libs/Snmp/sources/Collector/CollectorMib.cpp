@@ -4,16 +4,20 @@
 // calls are those of the
 // switch model the standard views were projected from, so that one request
 // sees one collection; the daemon's own record is read as it is now.
+#include "Collector/CollectorMib.h"
+
 #include <algorithm>
 
-#include "../Modules.h"
-#include "../ObjectIdentifiers.h"
-#include "Standard/Engine/StandardObjects.h"
+#include "Arq/Monitoring/MonitoringProcessor.h"
+#include "Modules.h"
+#include "ObjectIdentifiers.h"
+#include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
-using namespace Standard;
+using namespace Collector;
 namespace Domain = OrvoViaSwitch::Domain::Dto::Metrics;
 
 // The group's objects: their identifiers those of ObjectIdentifiers.def (the
@@ -50,52 +54,6 @@ std::uint64_t Unsigned32(std::int64_t value) {
   return static_cast<std::uint64_t>(std::clamp<std::int64_t>(value, 0, 0xffffffffLL));
 }
 
-// The group's one row {0}, in its MIB encoding.
-struct GroupRow {
-  std::vector<oid> index{0};
-  long state = 0;
-  std::uint64_t lastCollection = 0, lastSuccess = 0, lastDuration = 0;
-  std::uint64_t collections = 0;
-  std::uint64_t consecutiveFailures = 0;
-  bool enabled = true;
-  long period = 0;
-  long logLevel = 0;
-  std::string lastError;
-  std::string version;
-  std::uint64_t startTime = 0;
-};
-
-// One row per switch call, numbered from 1 in the order of the calls.
-struct CallRow {
-  std::vector<oid> index;
-  std::string name;
-  long outcome = 0;
-  std::uint64_t failures = 0;
-  std::string lastError;
-};
-
-ProjectedTable<GroupRow> groupCells({
-    Field<GroupRow, arqSwitchOrvoViaCollectorState, &GroupRow::state>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorLastCollection, &GroupRow::lastCollection>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorLastSuccess, &GroupRow::lastSuccess>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorLastDuration, &GroupRow::lastDuration>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorCollections, &GroupRow::collections>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorConsecutiveFailures, &GroupRow::consecutiveFailures>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorEnabled, &GroupRow::enabled>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorPeriod, &GroupRow::period>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorLogLevel, &GroupRow::logLevel>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorLastError, &GroupRow::lastError>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorDaemonVersion, &GroupRow::version>(),
-    Field<GroupRow, arqSwitchOrvoViaCollectorDaemonStartTime, &GroupRow::startTime>(),
-});
-
-ProjectedTable<CallRow> callTable({
-    Field<CallRow, arqSwitchOrvoViaCollectorCallName, &CallRow::name>(),
-    Field<CallRow, arqSwitchOrvoViaCollectorCallOutcome, &CallRow::outcome>(),
-    Field<CallRow, arqSwitchOrvoViaCollectorCallFailures, &CallRow::failures>(),
-    Field<CallRow, arqSwitchOrvoViaCollectorCallLastError, &CallRow::lastError>(),
-});
-
 GroupRow Group(const Domain::CollectorHealthMetric& health, const Domain::DaemonMetric& daemon) {
   GroupRow row;
   row.state = static_cast<long>(health.state);
@@ -113,28 +71,44 @@ GroupRow Group(const Domain::CollectorHealthMetric& health, const Domain::Daemon
   return row;
 }
 
-// The group's row is rebuilt for each request batch, since the daemon's
-// record (its log level) changes without a new collection.
-class CollectorGroup final : public ISortedTable {
- public:
-  void Refresh() override {
-    RefreshProjections();
-    Monitoring::MonitoringProcessor::monitoringValues.daemon.CopyValue(daemon);
-    groupCells.Replace({Group(ProjectedModel()->collection.health, daemon)});
-  }
-  std::size_t Rows() const override { return groupCells.Rows(); }
-  const std::vector<oid>& Index(std::size_t row) const override { return groupCells.Index(row); }
-  bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
-    return groupCells.Answer(row, column, var);
-  }
+}  // namespace
 
- private:
-  Domain::DaemonMetric daemon;
-};
+CollectorView::CollectorView()
+    : group({
+          Field<GroupRow, arqSwitchOrvoViaCollectorState, &GroupRow::state>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorLastCollection, &GroupRow::lastCollection>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorLastSuccess, &GroupRow::lastSuccess>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorLastDuration, &GroupRow::lastDuration>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorCollections, &GroupRow::collections>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorConsecutiveFailures,
+                &GroupRow::consecutiveFailures>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorEnabled, &GroupRow::enabled>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorPeriod, &GroupRow::period>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorLogLevel, &GroupRow::logLevel>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorLastError, &GroupRow::lastError>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorDaemonVersion, &GroupRow::version>(),
+          Field<GroupRow, arqSwitchOrvoViaCollectorDaemonStartTime, &GroupRow::startTime>(),
+      }),
+      callTable({
+          Field<CallRow, arqSwitchOrvoViaCollectorCallName, &CallRow::name>(),
+          Field<CallRow, arqSwitchOrvoViaCollectorCallOutcome, &CallRow::outcome>(),
+          Field<CallRow, arqSwitchOrvoViaCollectorCallFailures, &CallRow::failures>(),
+          Field<CallRow, arqSwitchOrvoViaCollectorCallLastError, &CallRow::lastError>(),
+      }) {}
 
-CollectorGroup collectorGroup;
+void CollectorView::RefreshGroup(const Model::SwitchModel& model) {
+  Monitoring::MonitoringProcessor::monitoringValues.daemon.CopyValue(daemon);
+  group.Replace({Group(model.collection.health, daemon)});
+}
 
-void ProjectCalls(const ProjectionContext& context) {
+std::vector<View> CollectorView::Views() {
+  return {GroupView("arqSwitchOrvoViaCollector", arqSwitchOrvoViaCollectorState,
+                    arqSwitchOrvoViaCollectorDaemonStartTime, group),
+          TableView("arqSwitchOrvoViaCollectorCallTable", arqSwitchOrvoViaCollectorCallTable,
+                    callTable)};
+}
+
+void CollectorView::Project(const ProjectionContext& context) {
   const auto& calls = context.model.collection.calls;
   std::vector<CallRow> rows;
   rows.reserve(calls.size());
@@ -148,13 +122,10 @@ void ProjectCalls(const ProjectionContext& context) {
   callTable.Replace(std::move(rows));
 }
 
-}  // namespace
+}  // namespace Standard
 
-void init_arqSwitchOrvoViaCollector() {
-  AddProjector(ProjectCalls);
-  RegisterSortedRange("arqSwitchOrvoViaCollector", arqSwitchOrvoViaCollectorState.Parent(),
-                      groupCells.FirstColumn(), groupCells.LastColumn(), &collectorGroup);
-  Register("arqSwitchOrvoViaCollectorCallTable", arqSwitchOrvoViaCollectorCallTable.id, callTable);
+void init_arqSwitchOrvoViaCollector(Standard::StandardViews& views) {
+  views.Register(Standard::Module::Collector);
   snmp_log(LOG_INFO, "arqSwitchOrvoViaCollector Done initializing.\n");
 }
 

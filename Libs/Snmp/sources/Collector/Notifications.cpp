@@ -1,20 +1,16 @@
-// Notifications, sent through the master agent to its trap sinks: the
-// collector becoming unreachable and recovering, and IF-MIB linkUp/linkDown
-// when an interface's operational state changes between two switch models.
-// Net-SNMP is not thread-safe, so they are sent from the SNMP thread: an
-// alarm of the agent's loop looks for a newly published model once a second
-// and acts on each new collection it sees.
+#include "Collector/Notifications.h"
+
 #include <algorithm>
 
-#include "../Modules.h"
-#include "../ObjectIdentifiers.h"
-#include "Standard/Engine/Projection.h"
+#include "Modules.h"
+#include "ObjectIdentifiers.h"
+#include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
 namespace Domain = OrvoViaSwitch::Domain::Dto::Metrics;
-namespace Model = OrvoViaSwitch::Domain::Model;
 
 // Collections in a row with every call failed before the unreachable
 // notification goes out: a switch that misses one or two collections (a
@@ -24,16 +20,8 @@ constexpr std::int64_t kUnreachableDebounce = 3;
 const std::vector<oid> kLinkDown{1, 3, 6, 1, 6, 3, 1, 1, 5, 3};
 const std::vector<oid> kLinkUp{1, 3, 6, 1, 6, 3, 1, 1, 5, 4};
 
-struct Notifier {
-  std::int64_t collections = 0;
-  bool unreachableSent = false;
-  // The last model whose interfaces were its collection's own.
-  std::shared_ptr<const Model::SwitchModel> before;
-};
-Notifier notifier;
-
 // A scalar's instance: its identifier followed by 0.
-std::vector<oid> Instance(const std::vector<oid>& arcs) {
+std::vector<oid> ScalarInstance(const std::vector<oid>& arcs) {
   auto id = Mechanism::ObjectId(arcs);
   id.push_back(0);
   return id;
@@ -50,48 +38,59 @@ void AddInteger(netsnmp_variable_list** list, const std::vector<oid>& name, long
                             reinterpret_cast<const u_char*>(&value), sizeof value);
 }
 void AddText(netsnmp_variable_list** list, const std::vector<oid>& name, const std::string& text) {
-  const std::string value = Standard::Truncate(text);
+  const std::string value = Truncate(text);
   snmp_varlist_add_variable(list, name.data(), name.size(), ASN_OCTET_STR,
                             reinterpret_cast<const u_char*>(value.data()), value.size());
 }
 
 void SendCollector(const std::vector<oid>& notification, const Domain::CollectorHealthMetric& h) {
   netsnmp_variable_list* list = nullptr;
-  AddOid(&list, Standard::kSnmpTrapOid, notification);
-  AddInteger(&list, Instance(Oid::arqSwitchOrvoViaCollectorState), static_cast<long>(h.state));
-  AddText(&list, Instance(Oid::arqSwitchOrvoViaCollectorLastError), h.lastError);
+  AddOid(&list, kSnmpTrapOid, notification);
+  AddInteger(&list, ScalarInstance(Oid::arqSwitchOrvoViaCollectorState),
+             static_cast<long>(h.state));
+  AddText(&list, ScalarInstance(Oid::arqSwitchOrvoViaCollectorLastError), h.lastError);
   send_v2trap(list);
   snmp_free_varbind(list);
 }
 
 void SendLink(bool up, long ifIndex, long adminStatus, long operStatus) {
   netsnmp_variable_list* list = nullptr;
-  AddOid(&list, Standard::kSnmpTrapOid, up ? kLinkUp : kLinkDown);
-  AddInteger(&list, Standard::IfEntryCell(1, ifIndex), ifIndex);
-  AddInteger(&list, Standard::IfEntryCell(7, ifIndex), adminStatus);
-  AddInteger(&list, Standard::IfEntryCell(8, ifIndex), operStatus);
+  AddOid(&list, kSnmpTrapOid, up ? kLinkUp : kLinkDown);
+  AddInteger(&list, IfEntryCell(1, ifIndex), ifIndex);
+  AddInteger(&list, IfEntryCell(7, ifIndex), adminStatus);
+  AddInteger(&list, IfEntryCell(8, ifIndex), operStatus);
   send_v2trap(list);
   snmp_free_varbind(list);
 }
 
-void CheckCollector(const Domain::CollectorHealthMetric& health) {
-  if (!notifier.unreachableSent && health.state == Domain::CollectorState::Unreachable &&
+void CheckCollector(const Domain::CollectorHealthMetric& health, bool& unreachableSent) {
+  if (!unreachableSent && health.state == Domain::CollectorState::Unreachable &&
       health.consecutiveUnreachable >= kUnreachableDebounce) {
     snmp_log(LOG_WARNING, "collector unreachable: %s\n", health.lastError.c_str());
     SendCollector(Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorUnreachable), health);
-    notifier.unreachableSent = true;
-  } else if (notifier.unreachableSent && (health.state == Domain::CollectorState::Ok ||
-                                          health.state == Domain::CollectorState::Partial)) {
+    unreachableSent = true;
+  } else if (unreachableSent && (health.state == Domain::CollectorState::Ok ||
+                                 health.state == Domain::CollectorState::Partial)) {
     snmp_log(LOG_WARNING, "collector recovered\n");
     SendCollector(Mechanism::ObjectId(Oid::arqSwitchOrvoViaCollectorRecovered), health);
-    notifier.unreachableSent = false;
+    unreachableSent = false;
   }
+}
+
+}  // namespace
+
+Notifier::~Notifier() {
+  if (alarm != 0) snmp_alarm_unregister(alarm);
+}
+
+void Notifier::Start() {
+  alarm = snmp_alarm_register(1, SA_REPEAT, Poll, this);
 }
 
 // The interfaces IF-MIB serves in both models whose link went to or left up,
 // in ifIndex order.
-void CheckLinks(const Model::SwitchModel& before) {
-  const auto& layout = Standard::ProjectedLayout();
+void Notifier::CheckLinks(const Model::SwitchModel& previous) {
+  const auto& layout = views.ProjectedLayout();
   std::vector<std::pair<long, std::pair<const Model::Interface*, const Model::Port*>>> served;
   for (const auto& port : layout.ports) served.push_back({port.ifIndex, {port.owner, port.port}});
   for (const auto& aggregate : layout.aggregates) {
@@ -102,12 +101,12 @@ void CheckLinks(const Model::SwitchModel& before) {
     const auto [owner, port] = item;
     Model::LinkState link, was;
     if (port != nullptr) {
-      const Model::Port* old = before.FindPort(port->name);
+      const Model::Port* old = previous.FindPort(port->name);
       if (old == nullptr) continue;
       link = port->link;
       was = old->link;
     } else {
-      const Model::Interface* old = before.FindInterface(owner->name);
+      const Model::Interface* old = previous.FindInterface(owner->name);
       if (old == nullptr) continue;
       link = owner->link;
       was = old->link;
@@ -118,23 +117,27 @@ void CheckLinks(const Model::SwitchModel& before) {
   }
 }
 
-void Poll(unsigned int, void*) {
-  Standard::RefreshProjections();
-  const auto& model = Standard::ProjectedModel();
-  const auto& health = model->collection.health;
-  if (health.collections == notifier.collections) return;
-  notifier.collections = health.collections;
-  CheckCollector(health);
-  // A collection that reached no switch says nothing of its interfaces.
-  if (!model->collection.interfacesCurrent) return;
-  if (notifier.before) CheckLinks(*notifier.before);
-  notifier.before = model;
+void Notifier::Poll(unsigned int, void* notifier) {
+  static_cast<Notifier*>(notifier)->Poll();
 }
 
-}  // namespace
+void Notifier::Poll() {
+  views.Refresh();
+  const auto& model = views.ProjectedModel();
+  const auto& health = model->collection.health;
+  if (health.collections == collections) return;
+  collections = health.collections;
+  CheckCollector(health, unreachableSent);
+  // A collection that reached no switch says nothing of its interfaces.
+  if (!model->collection.interfacesCurrent) return;
+  if (before) CheckLinks(*before);
+  before = model;
+}
 
-void init_arqSwitchOrvoViaNotifications() {
-  snmp_alarm_register(1, SA_REPEAT, Poll, nullptr);
+}  // namespace Standard
+
+void init_arqSwitchOrvoViaNotifications(Standard::StandardViews& views) {
+  views.notifier.Start();
 }
 
 }  // namespace Arq::Snmp

@@ -1,9 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace Arq::Snmp {
+
+namespace Standard {
+class StandardViews;
+}
 
 // Turns the process into an AgentX sub-agent ("orvovia-snmpd") serving the
 // private MIB from the process-wide monitoring values. Run() owns the calling
@@ -19,6 +24,9 @@ class SnmpSubAgent {
   // urgent syslog priority of the library's log that is written, read at each
   // line (null: every line); the log goes through a LogFilter either way.
   explicit SnmpSubAgent(std::string logFileName, std::function<int()> logThreshold = nullptr);
+  ~SnmpSubAgent();
+  SnmpSubAgent(const SnmpSubAgent&) = delete;
+  SnmpSubAgent& operator=(const SnmpSubAgent&) = delete;
   void Run();
 
   // True when standard output's descriptor is the file at `path`.
@@ -29,6 +37,8 @@ class SnmpSubAgent {
   std::function<int()> logThreshold;
   int agentxSubagent = 1;
   int useSyslog = 0;
+  // The standard views Run registers; see Run.
+  std::unique_ptr<Standard::StandardViews> views;
 };
 
 }  // namespace Arq::Snmp

@@ -2,26 +2,11 @@
 
 #include <algorithm>
 
-#include "Arq/Monitoring/MonitoringProcessor.h"
 #include "Standard/Engine/StandardObjects.h"
 
 namespace Arq::Snmp::Standard {
-namespace {
 
-struct State {
-  std::vector<Projector> projectors;
-  std::uint64_t generation = ~std::uint64_t{0};
-  std::shared_ptr<const Model::SwitchModel> model = std::make_shared<const Model::SwitchModel>();
-  InterfaceLayout layout;
-};
-
-State& Projections() {
-  static State state;
-  return state;
-}
-
-// The model's served interfaces, with their numbers, as the views read them.
-InterfaceLayout Layout(const Model::SwitchModel& model) {
+InterfaceLayout LayoutOf(const Model::SwitchModel& model) {
   InterfaceLayout layout;
   layout.ports.reserve(model.servedPorts.size());
   for (const auto& served : model.servedPorts) {
@@ -39,8 +24,6 @@ InterfaceLayout Layout(const Model::SwitchModel& model) {
   }
   return layout;
 }
-
-}  // namespace
 
 const ServedPort* InterfaceLayout::FindPort(long ifIndex) const {
   const auto found =
@@ -66,33 +49,6 @@ std::uint64_t ProjectionContext::TicksAt(Model::Clock::time_point when) const {
   const auto age = std::chrono::duration_cast<std::chrono::milliseconds>(now - when).count();
   const std::uint64_t ageTicks = age > 0 ? static_cast<std::uint64_t>(age) / 10 : 0;
   return ageTicks >= uptimeNow ? 0 : uptimeNow - ageTicks;
-}
-
-void AddProjector(Projector projector) {
-  Projections().projectors.push_back(projector);
-}
-
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model) {
-  State& state = Projections();
-  state.model = std::move(model);
-  state.generation = state.model->generation;
-  state.layout = Layout(*state.model);
-  const ProjectionContext context{*state.model, state.layout, Model::Clock::now(), UptimeTicks()};
-  for (const Projector projector : state.projectors) projector(context);
-}
-
-void RefreshProjections() {
-  const auto& store = Monitoring::MonitoringProcessor::switchModel;
-  if (store.Generation() == Projections().generation) return;
-  ProjectAll(store.Current());
-}
-
-const std::shared_ptr<const Model::SwitchModel>& ProjectedModel() {
-  return Projections().model;
-}
-
-const InterfaceLayout& ProjectedLayout() {
-  return Projections().layout;
 }
 
 std::string Truncate(const std::string& text, std::size_t size) {

@@ -2,8 +2,8 @@
 
 // The standard views (IF-MIB, LLDP-MIB, the collector's health group, ...) as
 // projections of the switch model: each view is a set of sorted row vectors
-// that a projector rebuilds from one model, once per published generation,
-// on the SNMP thread. A request then reads one cell of one row: no text is
+// that its Project rebuilds from one model, once per published generation,
+// on the SNMP thread (StandardViews). A request then reads one cell of one row: no text is
 // parsed and nothing is converted per request, and every row of one answer
 // comes from one collection.
 #include <algorithm>
@@ -87,24 +87,9 @@ struct ProjectionContext {
   std::uint64_t uptimeNow = 0;
 };
 
-// Rebuilds one view's rows from a model.
-using Projector = void (*)(const ProjectionContext& context);
-
-// Adds a projector; all run in the order they were added, after the layout.
-void AddProjector(Projector projector);
-
-// Brings every view up to the latest published model when a new one was
-// published: a load of one atomic otherwise. Called by every view's Refresh.
-void RefreshProjections();
-
-// Runs every projector over `model` now (the in-process tests' entry, and
-// what RefreshProjections does with the published model). The model holds
-// its numbers (the collection thread numbered it before publishing it).
-void ProjectAll(std::shared_ptr<const Model::SwitchModel> model);
-
-// The model the views were last projected from, and its interface layout.
-const std::shared_ptr<const Model::SwitchModel>& ProjectedModel();
-const InterfaceLayout& ProjectedLayout();
+// The served interfaces of a model, with their numbers, as the views read
+// them (pointers into the model).
+InterfaceLayout LayoutOf(const Model::SwitchModel& model);
 
 // A column of a projected table: its number and how a row answers it.
 template <typename Row>
@@ -114,10 +99,10 @@ struct Column {
   bool (*answer)(const Row& row, netsnmp_variable_list* var);
 };
 
-// A standard table served from a vector of rows that its projector replaces.
-// Row has a member `std::vector<oid> index`; rows are kept sorted by it.
-// Tables with the same index (ifTable and ifXTable) may share one table's
-// rows: `source`.
+// A standard table served from a vector of rows that its view's projection
+// replaces. Row has a member `std::vector<oid> index`; rows are kept sorted by
+// it. Tables with the same index (ifTable and ifXTable) may share one table's
+// rows: `source`, which must not move while this table serves.
 template <typename Row>
 class ProjectedTable final : public ISortedTable {
  public:
@@ -129,7 +114,6 @@ class ProjectedTable final : public ISortedTable {
     }
   }
 
-  void Refresh() override { RefreshProjections(); }
   std::size_t Rows() const override { return Served().size(); }
   const std::vector<oid>& Index(std::size_t row) const override { return Served()[row].index; }
   bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
@@ -158,12 +142,6 @@ void ProjectedTable<Row>::Replace(std::vector<Row> newRows) {
   std::stable_sort(newRows.begin(), newRows.end(),
                    [](const Row& a, const Row& b) { return a.index < b.index; });
   rows = std::move(newRows);
-}
-
-// Registers a projected table at `tableId` (its entry is arc 1 below it).
-template <typename Row>
-void Register(const char* name, const std::vector<oid>& tableId, ProjectedTable<Row>& table) {
-  RegisterSortedTable(name, tableId, table.FirstColumn(), table.LastColumn(), &table);
 }
 
 // DisplayString and SnmpAdminString: at most `size` octets, cut where a

@@ -1,7 +1,6 @@
 #include "Standard/Engine/SortedTable.h"
 
 #include <algorithm>
-#include <map>
 
 #include "Standard/Engine/StandardObjects.h"
 
@@ -13,13 +12,20 @@ struct Registered {
   std::vector<oid> entry;  // tableId + 1, or the group of a range of scalars
   unsigned firstColumn;
   unsigned lastColumn;
+  std::function<void()> refresh;
 };
 
+}  // namespace
+
 // The tables and scalar ranges behind one Net-SNMP registration, in
-// ascending order of their identifiers (their spans never overlap).
-struct Shared {
+// ascending order of their identifiers (their spans never overlap), and the
+// registration.
+struct SortedHandler {
   std::vector<Registered> members;
+  netsnmp_handler_registration* registration = nullptr;
 };
+
+namespace {
 
 // The subtree whose one registration serves `root` (Subtrees.def), or none.
 const Subtree* SharedSubtreeOf(const std::vector<oid>& root) {
@@ -54,7 +60,7 @@ std::size_t FirstRowAfter(const ISortedTable& table, const oid* arcs, std::size_
 }
 
 // The member whose columns hold the requested name, if any.
-const Registered* Holder(const Shared& shared, const netsnmp_variable_list* var) {
+const Registered* Holder(const SortedHandler& shared, const netsnmp_variable_list* var) {
   for (const Registered& r : shared.members) {
     const std::size_t base = r.entry.size();
     if (var->name_length <= base + 1 ||
@@ -67,7 +73,7 @@ const Registered* Holder(const Shared& shared, const netsnmp_variable_list* var)
   return nullptr;
 }
 
-void AnswerGet(const Shared& shared, netsnmp_agent_request_info* reqinfo,
+void AnswerGet(const SortedHandler& shared, netsnmp_agent_request_info* reqinfo,
                netsnmp_request_info* request) {
   netsnmp_variable_list* var = request->requestvb;
   const Registered* holder = Holder(shared, var);
@@ -123,9 +129,9 @@ bool AnswerGetNext(const Registered& r, netsnmp_request_info* request) {
 
 int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
            netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
-  const auto& shared = *static_cast<const Shared*>(handler->myvoid);
+  const auto& shared = *static_cast<const SortedHandler*>(handler->myvoid);
   if (reqinfo->mode != MODE_GET && reqinfo->mode != MODE_GETNEXT) return SNMP_ERR_NOERROR;
-  for (const Registered& r : shared.members) r.table->Refresh();
+  for (const Registered& r : shared.members) r.refresh();
   for (netsnmp_request_info* request = requests; request != nullptr; request = request->next) {
     if (request->processed) continue;
     if (reqinfo->mode == MODE_GET) {
@@ -141,26 +147,14 @@ int Handle(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
 
 }  // namespace
 
+SortedRegistrations::SortedRegistrations() = default;
+SortedRegistrations::~SortedRegistrations() = default;
+
 namespace {
-
-std::map<std::string, RegisteredView>& Registry() {
-  static std::map<std::string, RegisteredView> registry;
-  return registry;
-}
-
-// The shared subtree's registration and members, made at its first member.
-struct SharedRegistration {
-  Shared* shared = nullptr;
-  netsnmp_handler_registration* registration = nullptr;
-};
-std::map<std::string, SharedRegistration>& SharedRegistrations() {
-  static std::map<std::string, SharedRegistration> registrations;
-  return registrations;
-}
 
 netsnmp_handler_registration* CreateRegistration(const char* name, const std::vector<oid>& root,
                                                  int rangeSubid, unsigned rangeUpperBound,
-                                                 Shared* shared) {
+                                                 SortedHandler* shared) {
   netsnmp_handler_registration* registration = netsnmp_create_handler_registration(
       name, Handle, root.data(), root.size(), HANDLER_CAN_RONLY);
   registration->handler->myvoid = shared;
@@ -173,62 +167,63 @@ netsnmp_handler_registration* CreateRegistration(const char* name, const std::ve
   return registration;
 }
 
-netsnmp_handler_registration* Register(const char* name, std::vector<oid> entry,
-                                       const std::vector<oid>& root, unsigned firstColumn,
-                                       unsigned lastColumn, bool range, ISortedTable* table) {
-  Registry()[name] = {table, firstColumn, lastColumn};
+netsnmp_handler_registration* Register(SortedRegistrations& registrations, const char* name,
+                                       std::vector<oid> entry, const std::vector<oid>& root,
+                                       unsigned firstColumn, unsigned lastColumn, bool range,
+                                       ISortedTable* table, std::function<void()> refresh) {
   const Subtree* subtree = SharedSubtreeOf(root);
-  Registered member{table, std::move(entry), firstColumn, lastColumn};
-  netsnmp_handler_registration* registration = nullptr;
+  Registered member{table, std::move(entry), firstColumn, lastColumn, std::move(refresh)};
+  SortedHandler* shared = nullptr;
   if (subtree == nullptr) {
-    auto* shared = new Shared{{std::move(member)}};  // lives as long as the registration
-    registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
-                                      lastColumn, shared);
+    shared = registrations.handlers.emplace_back(std::make_unique<SortedHandler>()).get();
+    shared->members.push_back(std::move(member));
+    shared->registration = CreateRegistration(name, root, range ? static_cast<int>(root.size()) : 0,
+                                              lastColumn, shared);
   } else {
-    SharedRegistration& found = SharedRegistrations()[subtree->name];
-    if (found.shared == nullptr) {
-      found.shared = new Shared;  // lives as long as the registration
-      found.registration =
-          CreateRegistration(subtree->name, subtree->object.id, 0, 0, found.shared);
+    SortedHandler*& found = registrations.bySubtree[subtree->name];
+    if (found == nullptr) {
+      found = registrations.handlers.emplace_back(std::make_unique<SortedHandler>()).get();
+      found->registration = CreateRegistration(subtree->name, subtree->object.id, 0, 0, found);
     }
+    shared = found;
     // Kept in the order of the members' first identifiers.
     const auto start = [](const Registered& r) {
       std::vector<oid> id = r.entry;
       id.push_back(r.firstColumn);
       return id;
     };
-    auto& members = found.shared->members;
+    auto& members = shared->members;
     const std::vector<oid> at = start(member);
     members.insert(std::find_if(members.begin(), members.end(),
                                 [&](const Registered& r) { return start(r) > at; }),
                    std::move(member));
-    registration = found.registration;
   }
   snmp_log(LOG_INFO, "%s Done initializing.\n", name);
-  return registration;
+  return shared->registration;
 }
 
 }  // namespace
 
-netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
+netsnmp_handler_registration* RegisterSortedTable(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& tableId,
                                                   unsigned firstColumn, unsigned lastColumn,
-                                                  ISortedTable* table) {
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh) {
   std::vector<oid> entry = tableId;
   entry.push_back(1);
-  return Register(name, entry, tableId, firstColumn, lastColumn, false, table);
+  return Register(registrations, name, entry, tableId, firstColumn, lastColumn, false, table,
+                  std::move(refresh));
 }
 
-netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+netsnmp_handler_registration* RegisterSortedRange(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& group,
                                                   unsigned firstArc, unsigned lastArc,
-                                                  ISortedTable* table) {
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh) {
   std::vector<oid> root = group;
   root.push_back(firstArc);
-  return Register(name, group, root, firstArc, lastArc, true, table);
-}
-
-RegisteredView FindRegistered(const std::string& name) {
-  const auto found = Registry().find(name);
-  return found == Registry().end() ? RegisteredView{} : found->second;
+  return Register(registrations, name, group, root, firstArc, lastArc, true, table,
+                  std::move(refresh));
 }
 
 void SetInteger(netsnmp_variable_list* var, long value) {

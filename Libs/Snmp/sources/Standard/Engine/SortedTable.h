@@ -13,6 +13,9 @@
 #include <net-snmp/agent/net-snmp-agent-includes.h>
 
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,8 +25,6 @@ namespace Arq::Snmp::Standard {
 class ISortedTable {
  public:
   virtual ~ISortedTable() = default;
-  // Brings the rows up to date (change-time checks); once per request batch.
-  virtual void Refresh() = 0;
   virtual std::size_t Rows() const = 0;
   virtual const std::vector<oid>& Index(std::size_t row) const = 0;
   // Sets the cell's value; false when the row has no value in that column.
@@ -35,30 +36,42 @@ class ISortedTable {
 // management processor's where both register the same subtree.
 inline constexpr int kStandardViewPriority = 100;
 
+struct SortedHandler;
+
+// The registrations of one owner of tables: what each of its Net-SNMP
+// registrations' handler reads (the handlers point to it, so the owner must
+// outlive every request), and the handler of each shared subtree
+// (Subtrees.def), made at its first member.
+struct SortedRegistrations {
+  SortedRegistrations();
+  ~SortedRegistrations();
+  SortedRegistrations(const SortedRegistrations&) = delete;
+  SortedRegistrations& operator=(const SortedRegistrations&) = delete;
+
+  std::vector<std::unique_ptr<SortedHandler>> handlers;
+  std::map<std::string, SortedHandler*> bySubtree;
+};
+
 // Registers `table` read-only at `tableId` (the entry is arc 1 below it),
-// serving columns `firstColumn` to `lastColumn`. Returns the registration:
-// for a table of a subtree served whole (LLDP-MIB's and IEEE8023-LAG-MIB's
-// objects, ENTITY-MIB's, PTPBASE-MIB's, Q-BRIDGE-MIB's dot1qVlan), the one
+// serving columns `firstColumn` to `lastColumn`; `refresh` brings its rows up
+// to date, once per request batch. Returns the registration: for a table of a
+// subtree served whole (LLDP-MIB's and IEEE8023-LAG-MIB's objects,
+// ENTITY-MIB's, PTPBASE-MIB's, Q-BRIDGE-MIB's dot1qVlan), the one
 // registration of that subtree, which answers for each of its tables.
-netsnmp_handler_registration* RegisterSortedTable(const char* name, const std::vector<oid>& tableId,
+netsnmp_handler_registration* RegisterSortedTable(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& tableId,
                                                   unsigned firstColumn, unsigned lastColumn,
-                                                  ISortedTable* table);
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh);
 
 // Registers the arcs `firstArc` to `lastArc` of `group` as the columns of
 // `table` (a group of scalars is a table of one row indexed {0}), leaving the
 // group's other arcs to other registrations.
-netsnmp_handler_registration* RegisterSortedRange(const char* name, const std::vector<oid>& group,
+netsnmp_handler_registration* RegisterSortedRange(SortedRegistrations& registrations,
+                                                  const char* name, const std::vector<oid>& group,
                                                   unsigned firstArc, unsigned lastArc,
-                                                  ISortedTable* table);
-
-// A registered table by its registration name, with its served columns
-// (nullptr table when there is none): how the in-process tests reach a view.
-struct RegisteredView {
-  ISortedTable* table = nullptr;
-  unsigned firstColumn = 0;
-  unsigned lastColumn = 0;
-};
-RegisteredView FindRegistered(const std::string& name);
+                                                  ISortedTable* table,
+                                                  std::function<void()> refresh);
 
 // Value setters for the syntaxes of the standard tables.
 void SetInteger(netsnmp_variable_list* var, long value);

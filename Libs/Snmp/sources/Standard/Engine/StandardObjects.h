@@ -134,4 +134,27 @@ Column<Row> Empty() {
           [](const Row&, netsnmp_variable_list* var) { return Put(var, object, std::string()); }};
 }
 
+// A table or a group of scalars that a view serves, for registration and for
+// the in-process tests, which read its cells.
+struct View {
+  const char* name;
+  MibObject root;  // the table, or the group's first scalar
+  ISortedTable* table;
+  unsigned firstColumn, lastColumn;
+  bool group;  // scalars: registered as arcs of root's parent
+  // What brings its rows up to date before a request batch reads them; the
+  // owner's lazy projection when empty.
+  std::function<void()> refresh = nullptr;
+};
+
+template <typename Row>
+View TableView(const char* name, const MibObject& table, ProjectedTable<Row>& rows) {
+  return {name, table, &rows, rows.FirstColumn(), rows.LastColumn(), false};
+}
+// Scalars `first` to `last` of one group, as a table of one row indexed {0}.
+inline View GroupView(const char* name, const MibObject& first, const MibObject& last,
+                      ISortedTable& rows) {
+  return {name, first, &rows, first.Arc(), last.Arc(), true};
+}
+
 }  // namespace Arq::Snmp::Standard

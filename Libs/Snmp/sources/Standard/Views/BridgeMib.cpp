@@ -1,58 +1,24 @@
 // BRIDGE-MIB and Q-BRIDGE-MIB: the switch's bridge ports (the port of each
 // Ethernet interface, each LAG and PRS interface that IF-MIB serves) with
 // their VLAN id, and its VLANs with their egress and untagged ports.
+#include "Standard/Views/BridgeMib.h"
+
 #include <algorithm>
 #include <map>
 
-#include "Standard/Views/InventoryViews.h"
+#include "Modules.h"
+#include "Standard/StandardViews.h"
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Snmp {
+namespace Standard {
 namespace {
+
+using namespace Bridge;
 
 constexpr long kMaxVlanId = 4094;
 constexpr long kVersion1 = 1;
 constexpr long kPermanent = 2;
 constexpr long kActive = 1;
-
-struct PortRow {
-  std::vector<oid> index;  // dot1dBasePort
-  long port = 0;
-  long ifIndex = 0;
-  std::optional<long> pvid;
-};
-
-struct VlanRow {
-  std::vector<oid> index;  // (dot1qVlanTimeMark 0,) dot1qVlanIndex
-  std::string egress, untagged;
-};
-
-struct ScalarRow {
-  std::vector<oid> index{0};
-  long count = 0;
-};
-
-ProjectedTable<PortRow> basePortTable({
-    Field<PortRow, Mib::dot1dBasePort, &PortRow::port>(),
-    Field<PortRow, Mib::dot1dBasePortIfIndex, &PortRow::ifIndex>(),
-});
-ProjectedTable<PortRow> portVlanTable({Field<PortRow, Mib::dot1qPvid, &PortRow::pvid>()});
-ProjectedTable<VlanRow> currentTable({
-    Field<VlanRow, Mib::dot1qVlanCurrentEgressPorts, &VlanRow::egress>(),
-    Field<VlanRow, Mib::dot1qVlanCurrentUntaggedPorts, &VlanRow::untagged>(),
-    Fixed<VlanRow, Mib::dot1qVlanStatus, kPermanent>(),
-});
-ProjectedTable<VlanRow> staticTable({
-    Field<VlanRow, Mib::dot1qVlanStaticEgressPorts, &VlanRow::egress>(),
-    Field<VlanRow, Mib::dot1qVlanStaticUntaggedPorts, &VlanRow::untagged>(),
-    Fixed<VlanRow, Mib::dot1qVlanStaticRowStatus, kActive>(),
-});
-ProjectedTable<ScalarRow> baseGroup(
-    {Field<ScalarRow, Mib::dot1dBaseNumPorts, &ScalarRow::count>()});
-ProjectedTable<ScalarRow> qBaseGroup({
-    Fixed<ScalarRow, Mib::dot1qVlanVersionNumber, kVersion1>(),
-    Fixed<ScalarRow, Mib::dot1qMaxVlanId, kMaxVlanId>(),
-    Field<ScalarRow, Mib::dot1qNumVlans, &ScalarRow::count>(),
-});
 
 bool ValidVlan(long vlan) {
   return vlan >= 1 && vlan <= kMaxVlanId;
@@ -60,7 +26,30 @@ bool ValidVlan(long vlan) {
 
 }  // namespace
 
-void ProjectBridge(const ProjectionContext& context) {
+BridgeView::BridgeView()
+    : basePortTable({
+          Field<PortRow, Mib::dot1dBasePort, &PortRow::port>(),
+          Field<PortRow, Mib::dot1dBasePortIfIndex, &PortRow::ifIndex>(),
+      }),
+      portVlanTable({Field<PortRow, Mib::dot1qPvid, &PortRow::pvid>()}),
+      currentTable({
+          Field<VlanRow, Mib::dot1qVlanCurrentEgressPorts, &VlanRow::egress>(),
+          Field<VlanRow, Mib::dot1qVlanCurrentUntaggedPorts, &VlanRow::untagged>(),
+          Fixed<VlanRow, Mib::dot1qVlanStatus, kPermanent>(),
+      }),
+      staticTable({
+          Field<VlanRow, Mib::dot1qVlanStaticEgressPorts, &VlanRow::egress>(),
+          Field<VlanRow, Mib::dot1qVlanStaticUntaggedPorts, &VlanRow::untagged>(),
+          Fixed<VlanRow, Mib::dot1qVlanStaticRowStatus, kActive>(),
+      }),
+      baseGroup({Field<ScalarRow, Mib::dot1dBaseNumPorts, &ScalarRow::count>()}),
+      qBaseGroup({
+          Fixed<ScalarRow, Mib::dot1qVlanVersionNumber, kVersion1>(),
+          Fixed<ScalarRow, Mib::dot1qMaxVlanId, kMaxVlanId>(),
+          Field<ScalarRow, Mib::dot1qNumVlans, &ScalarRow::count>(),
+      }) {}
+
+void BridgeView::Project(const ProjectionContext& context) {
   // The bridge interfaces by bridge port (numbered with the layout).
   std::map<long, std::pair<long, const Model::Interface*>> bridged;
   for (const auto& served : context.layout.ports) {
@@ -110,7 +99,7 @@ void ProjectBridge(const ProjectionContext& context) {
   staticTable.Replace(std::move(statics));
 }
 
-std::vector<View> BridgeViews() {
+std::vector<View> BridgeView::Views() {
   return {GroupView("dot1dBaseNumPorts", Mib::dot1dBaseNumPorts, Mib::dot1dBaseNumPorts, baseGroup),
           TableView("dot1dBasePortTable", Mib::dot1dBasePortTable, basePortTable),
           GroupView("dot1qBase", Mib::dot1qVlanVersionNumber, Mib::dot1qNumVlans, qBaseGroup),
@@ -119,4 +108,10 @@ std::vector<View> BridgeViews() {
           TableView("dot1qPortVlanTable", Mib::dot1qPortVlanTable, portVlanTable)};
 }
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Standard
+
+void init_bridgeMib(Standard::StandardViews& views) {
+  views.Register(Standard::Module::Bridge);
+}
+
+}  // namespace Arq::Snmp

@@ -1,16 +1,20 @@
 // ENTITY-MIB: the chassis, the hardware ports that have sub-ports and the
 // ports, as a containment tree mapped to IF-MIB, and entConfigChange when
 // that inventory changes between two models.
+#include "Standard/Views/EntityMib.h"
+
 #include <algorithm>
 #include <set>
-#include <tuple>
 
-#include "Standard/Views/InventoryViews.h"
+#include "Modules.h"
+#include "Standard/StandardViews.h"
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
-enum PhysicalClass : long { kChassis = 3, kContainer = 5, kPort = 10 };
+using namespace Entity;
+
 constexpr long kChassisIndex = 1;
 // A hardware port's index: this plus its first sub-port's ifIndex.
 constexpr long kHardwarePortBase = 1000000000;
@@ -19,102 +23,6 @@ constexpr long kFalse = 2;
 constexpr auto kThrottle = std::chrono::seconds(5);
 // DateAndTime of an unknown date, as the RFC asks.
 const std::string kUnknownDate(8, '\0');
-
-struct PhysicalRow {
-  std::vector<oid> index;
-  std::string descr;
-  long containedIn = 0;
-  long physicalClass = kPort;
-  long relPos = -1;
-  std::string name, softwareRev, serialNum, mfgName, modelName;
-
-  auto Key() const {
-    return std::tie(index, descr, containedIn, physicalClass, relPos, name, softwareRev, serialNum,
-                    mfgName, modelName);
-  }
-};
-
-struct AliasRow {
-  std::vector<oid> index;  // entPhysicalIndex, entAliasLogicalIndexOrZero 0
-  std::vector<oid> target;
-
-  auto Key() const { return std::tie(index, target); }
-};
-
-struct ContainsRow {
-  std::vector<oid> index;  // entPhysicalIndex, entPhysicalChildIndex
-  long child = 0;
-};
-
-struct ScalarRow {
-  std::vector<oid> index{0};
-  long lastChange = 0;
-};
-
-ProjectedTable<PhysicalRow> physicalTable({
-    Field<PhysicalRow, Mib::entPhysicalDescr, &PhysicalRow::descr>(),
-    Fixed<PhysicalRow, Mib::entPhysicalVendorType, &kZeroDotZero>(),
-    Field<PhysicalRow, Mib::entPhysicalContainedIn, &PhysicalRow::containedIn>(),
-    Field<PhysicalRow, Mib::entPhysicalClass, &PhysicalRow::physicalClass>(),
-    Field<PhysicalRow, Mib::entPhysicalParentRelPos, &PhysicalRow::relPos>(),
-    Field<PhysicalRow, Mib::entPhysicalName, &PhysicalRow::name>(),
-    Empty<PhysicalRow, Mib::entPhysicalHardwareRev>(),
-    Empty<PhysicalRow, Mib::entPhysicalFirmwareRev>(),
-    Field<PhysicalRow, Mib::entPhysicalSoftwareRev, &PhysicalRow::softwareRev>(),
-    Field<PhysicalRow, Mib::entPhysicalSerialNum, &PhysicalRow::serialNum>(),
-    Field<PhysicalRow, Mib::entPhysicalMfgName, &PhysicalRow::mfgName>(),
-    Field<PhysicalRow, Mib::entPhysicalModelName, &PhysicalRow::modelName>(),
-    Empty<PhysicalRow, Mib::entPhysicalAlias>(),
-    Empty<PhysicalRow, Mib::entPhysicalAssetID>(),
-    Fixed<PhysicalRow, Mib::entPhysicalIsFRU, kFalse>(),
-    Fixed<PhysicalRow, Mib::entPhysicalMfgDate, &kUnknownDate>(),
-    Empty<PhysicalRow, Mib::entPhysicalUris>(),
-});
-ProjectedTable<AliasRow> aliasTable(
-    {Field<AliasRow, Mib::entAliasMappingIdentifier, &AliasRow::target>()});
-ProjectedTable<ContainsRow> containsTable(
-    {Field<ContainsRow, Mib::entPhysicalChildIndex, &ContainsRow::child>()});
-ProjectedTable<ScalarRow> lastChangeGroup(
-    {Field<ScalarRow, Mib::entLastChangeTime, &ScalarRow::lastChange>()});
-
-// entConfigChange, at most one per kThrottle: a change inside it is sent
-// once at its end.
-struct Throttle {
-  bool sent = false;
-  bool pending = false;
-  Model::Clock::time_point last{};
-};
-Throttle throttle;
-
-void SendConfigChange() {
-  netsnmp_variable_list* list = nullptr;
-  const auto& value = Mib::entConfigChange.id;
-  snmp_varlist_add_variable(&list, kSnmpTrapOid.data(), kSnmpTrapOid.size(), ASN_OBJECT_ID,
-                            reinterpret_cast<const u_char*>(value.data()),
-                            value.size() * sizeof(oid));
-  send_v2trap(list);
-  snmp_free_varbind(list);
-  throttle.sent = true;
-  throttle.last = Model::Clock::now();
-}
-
-void SendPending(unsigned int, void*) {
-  throttle.pending = false;
-  SendConfigChange();
-}
-
-void NoteChange(Model::Clock::time_point now) {
-  if (!throttle.sent || now - throttle.last >= kThrottle) {
-    SendConfigChange();
-  } else if (!throttle.pending) {
-    throttle.pending = true;
-    const auto wait =
-        std::chrono::duration_cast<std::chrono::microseconds>(throttle.last + kThrottle - now);
-    timeval when{static_cast<time_t>(wait.count() / 1000000),
-                 static_cast<suseconds_t>(wait.count() % 1000000)};
-    snmp_alarm_register_hr(when, 0, SendPending, nullptr);
-  }
-}
 
 PhysicalRow Chassis(const Model::LldpLocal& local) {
   PhysicalRow row;
@@ -138,7 +46,64 @@ bool SameRows(std::vector<Row> rows, const std::vector<Row>& served) {
 
 }  // namespace
 
-void ProjectEntity(const ProjectionContext& context) {
+EntityView::EntityView()
+    : physicalTable({
+          Field<PhysicalRow, Mib::entPhysicalDescr, &PhysicalRow::descr>(),
+          Fixed<PhysicalRow, Mib::entPhysicalVendorType, &kZeroDotZero>(),
+          Field<PhysicalRow, Mib::entPhysicalContainedIn, &PhysicalRow::containedIn>(),
+          Field<PhysicalRow, Mib::entPhysicalClass, &PhysicalRow::physicalClass>(),
+          Field<PhysicalRow, Mib::entPhysicalParentRelPos, &PhysicalRow::relPos>(),
+          Field<PhysicalRow, Mib::entPhysicalName, &PhysicalRow::name>(),
+          Empty<PhysicalRow, Mib::entPhysicalHardwareRev>(),
+          Empty<PhysicalRow, Mib::entPhysicalFirmwareRev>(),
+          Field<PhysicalRow, Mib::entPhysicalSoftwareRev, &PhysicalRow::softwareRev>(),
+          Field<PhysicalRow, Mib::entPhysicalSerialNum, &PhysicalRow::serialNum>(),
+          Field<PhysicalRow, Mib::entPhysicalMfgName, &PhysicalRow::mfgName>(),
+          Field<PhysicalRow, Mib::entPhysicalModelName, &PhysicalRow::modelName>(),
+          Empty<PhysicalRow, Mib::entPhysicalAlias>(),
+          Empty<PhysicalRow, Mib::entPhysicalAssetID>(),
+          Fixed<PhysicalRow, Mib::entPhysicalIsFRU, kFalse>(),
+          Fixed<PhysicalRow, Mib::entPhysicalMfgDate, &kUnknownDate>(),
+          Empty<PhysicalRow, Mib::entPhysicalUris>(),
+      }),
+      aliasTable({Field<AliasRow, Mib::entAliasMappingIdentifier, &AliasRow::target>()}),
+      containsTable({Field<ContainsRow, Mib::entPhysicalChildIndex, &ContainsRow::child>()}),
+      lastChangeGroup({Field<ScalarRow, Mib::entLastChangeTime, &ScalarRow::lastChange>()}) {}
+
+EntityView::~EntityView() {
+  if (pending != 0) snmp_alarm_unregister(pending);
+}
+
+void EntityView::SendConfigChange() {
+  netsnmp_variable_list* list = nullptr;
+  const auto& value = Mib::entConfigChange.id;
+  snmp_varlist_add_variable(&list, kSnmpTrapOid.data(), kSnmpTrapOid.size(), ASN_OBJECT_ID,
+                            reinterpret_cast<const u_char*>(value.data()),
+                            value.size() * sizeof(oid));
+  send_v2trap(list);
+  snmp_free_varbind(list);
+  sent = true;
+  last = Model::Clock::now();
+}
+
+void EntityView::SendPending(unsigned int, void* view) {
+  auto& entity = *static_cast<EntityView*>(view);
+  entity.pending = 0;
+  entity.SendConfigChange();
+}
+
+void EntityView::NoteChange(Model::Clock::time_point now) {
+  if (!sent || now - last >= kThrottle) {
+    SendConfigChange();
+  } else if (pending == 0) {
+    const auto wait = std::chrono::duration_cast<std::chrono::microseconds>(last + kThrottle - now);
+    timeval when{static_cast<time_t>(wait.count() / 1000000),
+                 static_cast<suseconds_t>(wait.count() % 1000000)};
+    pending = snmp_alarm_register_hr(when, 0, SendPending, this);
+  }
+}
+
+void EntityView::Project(const ProjectionContext& context) {
   const auto& model = context.model;
   std::vector<PhysicalRow> physical;
   std::vector<AliasRow> aliases;
@@ -210,7 +175,7 @@ void ProjectEntity(const ProjectionContext& context) {
   containsTable.Replace(std::move(contains));
 }
 
-std::vector<View> EntityViews() {
+std::vector<View> EntityView::Views() {
   return {TableView("entPhysicalTable", Mib::entPhysicalTable, physicalTable),
           TableView("entAliasMappingTable", Mib::entAliasMappingTable, aliasTable),
           TableView("entPhysicalContainsTable", Mib::entPhysicalContainsTable, containsTable),
@@ -218,4 +183,10 @@ std::vector<View> EntityViews() {
                     lastChangeGroup)};
 }
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Standard
+
+void init_entityMib(Standard::StandardViews& views) {
+  views.Register(Standard::Module::Entity);
+}
+
+}  // namespace Arq::Snmp

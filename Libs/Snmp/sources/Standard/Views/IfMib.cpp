@@ -1,144 +1,19 @@
-#include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
+#include "Standard/Views/IfMib.h"
 
 #include <set>
 
 #include "Modules.h"
-#include "Standard/Engine/StandardObjects.h"
+#include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
-using namespace Standard;
-namespace Dto = OrvoViaSwitch::Domain::Dto;
-
-// Counters of the switch behind the IF-MIB counters, by their positions in
-// the port's counter list.
-using Index = Dto::EthCounterIndex;
-enum Counter : std::size_t {
-  kGoodOctetsReceived = Index::NbOfGoodOctetsReceived,
-  kFrameNotTransmitted = Index::NbOfFrameNotTransmitted,
-  kGoodPacketsBroadcastReceived = Index::NbOfGoodPacketsBroadcast,
-  kGoodPacketsMulticastReceived = Index::NbOfGoodPacketsMulticast,
-  kGoodOctetsSent = Index::NbOfGoodOctectsSent,
-  kPacketsDropDueCollision = Index::NbOfPacketsDropDueCollision,
-  kGoodMulticastPacketsSent = Index::NbOfGoodMulticastPacketsSent,
-  kGoodBroadcastPacketsSent = Index::NbOfGoodBroadcastPacketsSent,
-  kInternalDropPacketsBW = Index::NbOfInternalDropPacketsBW,
-  // The receive errors follow each other: undersize, fragments, oversize,
-  // jabber, MAC errors, CRC errors.
-  kFirstReceiveError = Index::NbOfPacketsSizeLess64BytesReceived,
-  kLastReceiveError = Index::NbOfCrcErrorEvents,
-  kLateMacCollision = Index::NbOfLateMacCollision,
-  kGoodUnicastFrameReceived = Index::NbOfGoodUnicastFrameReceived,
-  kGoodUnicastFrameSent = Index::NbOfGoodUnicastFrameSent,
-};
-
-// One IF-MIB row: a port, a LAG or a PRS interface, in its MIB encoding.
-struct IfRow {
-  std::vector<oid> index;   // {ifIndex}
-  std::string name;         // ifName
-  std::string descr;        // ifDescr
-  std::string alias;        // ifAlias
-  std::string physAddress;  // ifPhysAddress: 6 bytes, or empty when unknown
-  long type = kEthernetCsmacd;
-  long adminStatus = 2;  // up(1), down(2)
-  long operStatus = 4;   // up(1), down(2), unknown(4)
-  std::uint64_t speedMbps = 0;
-  bool connector = true;
-  Model::PortCounters counters{};
-  std::uint64_t lastChange = 0;            // TimeTicks
-  std::uint64_t counterDiscontinuity = 0;  // TimeTicks
-
-  long IfIndex() const { return static_cast<long>(index[0]); }
-  template <Counter counter>
-  std::uint64_t Count() const {
-    return counters[counter];
-  }
-  std::uint64_t InNUcast() const {
-    return Count<kGoodPacketsMulticastReceived>() + Count<kGoodPacketsBroadcastReceived>();
-  }
-  std::uint64_t InErrors() const {
-    std::uint64_t sum = 0;
-    for (std::size_t c = kFirstReceiveError; c <= kLastReceiveError; ++c) sum += counters[c];
-    return sum;
-  }
-  std::uint64_t OutNUcast() const {
-    return Count<kGoodMulticastPacketsSent>() + Count<kGoodBroadcastPacketsSent>();
-  }
-  std::uint64_t OutErrors() const {
-    return Count<kPacketsDropDueCollision>() + Count<kLateMacCollision>();
-  }
-  // Gauge32 holds up to 4.29 Gb/s; ifHighSpeed gives the speed of a faster
-  // interface.
-  std::uint64_t Speed() const { return std::min<std::uint64_t>(speedMbps * 1000000, kGaugeMax); }
-  std::uint64_t HighSpeed() const { return std::min<std::uint64_t>(speedMbps, kGaugeMax); }
-
-  static constexpr std::uint64_t kGaugeMax = 0xffffffffu;
-};
-
-// ifStackTable: (higher, lower) ifIndex pairs.
-struct StackRow {
-  std::vector<oid> index;
-};
+using namespace IfMib;
 
 constexpr long kFalse = 2;    // TruthValue
 constexpr long kEnabled = 1;  // ifLinkUpDownTrapEnable
 constexpr long kActive = 1;   // RowStatus
-
-// ifMtu, ifInUnknownProtos (no protocol demultiplexing), and the deprecated
-// ifOutQLen and ifSpecific are fixed; ifInDiscards counts the packets dropped
-// for bandwidth and ifOutDiscards the frames not transmitted.
-ProjectedTable<IfRow> ifTable({
-    Field<IfRow, Mib::ifIndex, &IfRow::IfIndex>(),
-    Field<IfRow, Mib::ifDescr, &IfRow::descr>(),
-    Field<IfRow, Mib::ifType, &IfRow::type>(),
-    Fixed<IfRow, Mib::ifMtu, 0>(),
-    Field<IfRow, Mib::ifSpeed, &IfRow::Speed>(),
-    Field<IfRow, Mib::ifPhysAddress, &IfRow::physAddress>(),
-    Field<IfRow, Mib::ifAdminStatus, &IfRow::adminStatus>(),
-    Field<IfRow, Mib::ifOperStatus, &IfRow::operStatus>(),
-    Field<IfRow, Mib::ifLastChange, &IfRow::lastChange>(),
-    Field<IfRow, Mib::ifInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
-    Field<IfRow, Mib::ifInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
-    Field<IfRow, Mib::ifInNUcastPkts, &IfRow::InNUcast>(),
-    Field<IfRow, Mib::ifInDiscards, &IfRow::Count<kInternalDropPacketsBW>>(),
-    Field<IfRow, Mib::ifInErrors, &IfRow::InErrors>(),
-    Fixed<IfRow, Mib::ifInUnknownProtos, 0>(),
-    Field<IfRow, Mib::ifOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
-    Field<IfRow, Mib::ifOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
-    Field<IfRow, Mib::ifOutNUcastPkts, &IfRow::OutNUcast>(),
-    Field<IfRow, Mib::ifOutDiscards, &IfRow::Count<kFrameNotTransmitted>>(),
-    Field<IfRow, Mib::ifOutErrors, &IfRow::OutErrors>(),
-    Fixed<IfRow, Mib::ifOutQLen, 0>(),
-    Fixed<IfRow, Mib::ifSpecific, &kZeroDotZero>(),
-});
-
-// linkUp and linkDown are sent for every row; no row is promiscuous.
-ProjectedTable<IfRow> ifXTable(
-    {
-        Field<IfRow, Mib::ifName, &IfRow::name>(),
-        Field<IfRow, Mib::ifInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
-        Field<IfRow, Mib::ifInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
-        Field<IfRow, Mib::ifOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
-        Field<IfRow, Mib::ifOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
-        Field<IfRow, Mib::ifHCInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
-        Field<IfRow, Mib::ifHCInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
-        Field<IfRow, Mib::ifHCInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
-        Field<IfRow, Mib::ifHCInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
-        Field<IfRow, Mib::ifHCOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
-        Field<IfRow, Mib::ifHCOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
-        Field<IfRow, Mib::ifHCOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
-        Field<IfRow, Mib::ifHCOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
-        Fixed<IfRow, Mib::ifLinkUpDownTrapEnable, kEnabled>(),
-        Field<IfRow, Mib::ifHighSpeed, &IfRow::HighSpeed>(),
-        Fixed<IfRow, Mib::ifPromiscuousMode, kFalse>(),
-        Field<IfRow, Mib::ifConnectorPresent, &IfRow::connector>(),
-        Field<IfRow, Mib::ifAlias, &IfRow::alias>(),
-        Field<IfRow, Mib::ifCounterDiscontinuityTime, &IfRow::counterDiscontinuity>(),
-    },
-    &ifTable);
-
-ProjectedTable<StackRow> ifStackTable({Fixed<StackRow, Mib::ifStackStatus, kActive>()});
 
 IfRow PortRow(const ServedPort& served, const ProjectionContext& context) {
   const Model::Port& port = *served.port;
@@ -189,7 +64,71 @@ IfRow AggregateRow(const ServedAggregate& served, const ProjectionContext& conte
   return row;
 }
 
-void Project(const ProjectionContext& context) {
+}  // namespace
+
+// ifMtu, ifInUnknownProtos (no protocol demultiplexing), and the deprecated
+// ifOutQLen and ifSpecific are fixed; ifInDiscards counts the packets dropped
+// for bandwidth and ifOutDiscards the frames not transmitted. linkUp and
+// linkDown are sent for every row; no row is promiscuous.
+IfMibView::IfMibView()
+    : ifTable({
+          Field<IfRow, Mib::ifIndex, &IfRow::IfIndex>(),
+          Field<IfRow, Mib::ifDescr, &IfRow::descr>(),
+          Field<IfRow, Mib::ifType, &IfRow::type>(),
+          Fixed<IfRow, Mib::ifMtu, 0>(),
+          Field<IfRow, Mib::ifSpeed, &IfRow::Speed>(),
+          Field<IfRow, Mib::ifPhysAddress, &IfRow::physAddress>(),
+          Field<IfRow, Mib::ifAdminStatus, &IfRow::adminStatus>(),
+          Field<IfRow, Mib::ifOperStatus, &IfRow::operStatus>(),
+          Field<IfRow, Mib::ifLastChange, &IfRow::lastChange>(),
+          Field<IfRow, Mib::ifInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
+          Field<IfRow, Mib::ifInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
+          Field<IfRow, Mib::ifInNUcastPkts, &IfRow::InNUcast>(),
+          Field<IfRow, Mib::ifInDiscards, &IfRow::Count<kInternalDropPacketsBW>>(),
+          Field<IfRow, Mib::ifInErrors, &IfRow::InErrors>(),
+          Fixed<IfRow, Mib::ifInUnknownProtos, 0>(),
+          Field<IfRow, Mib::ifOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
+          Field<IfRow, Mib::ifOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
+          Field<IfRow, Mib::ifOutNUcastPkts, &IfRow::OutNUcast>(),
+          Field<IfRow, Mib::ifOutDiscards, &IfRow::Count<kFrameNotTransmitted>>(),
+          Field<IfRow, Mib::ifOutErrors, &IfRow::OutErrors>(),
+          Fixed<IfRow, Mib::ifOutQLen, 0>(),
+          Fixed<IfRow, Mib::ifSpecific, &kZeroDotZero>(),
+      }),
+      ifXTable(
+          {
+              Field<IfRow, Mib::ifName, &IfRow::name>(),
+              Field<IfRow, Mib::ifInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
+              Field<IfRow, Mib::ifInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
+              Field<IfRow, Mib::ifOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
+              Field<IfRow, Mib::ifOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
+              Field<IfRow, Mib::ifHCInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
+              Field<IfRow, Mib::ifHCInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
+              Field<IfRow, Mib::ifHCInMulticastPkts,
+                    &IfRow::Count<kGoodPacketsMulticastReceived>>(),
+              Field<IfRow, Mib::ifHCInBroadcastPkts,
+                    &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
+              Field<IfRow, Mib::ifHCOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
+              Field<IfRow, Mib::ifHCOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
+              Field<IfRow, Mib::ifHCOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
+              Field<IfRow, Mib::ifHCOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
+              Fixed<IfRow, Mib::ifLinkUpDownTrapEnable, kEnabled>(),
+              Field<IfRow, Mib::ifHighSpeed, &IfRow::HighSpeed>(),
+              Fixed<IfRow, Mib::ifPromiscuousMode, kFalse>(),
+              Field<IfRow, Mib::ifConnectorPresent, &IfRow::connector>(),
+              Field<IfRow, Mib::ifAlias, &IfRow::alias>(),
+              Field<IfRow, Mib::ifCounterDiscontinuityTime, &IfRow::counterDiscontinuity>(),
+          },
+          &ifTable),
+      ifStackTable({Fixed<StackRow, Mib::ifStackStatus, kActive>()}) {}
+
+std::vector<View> IfMibView::Views() {
+  return {TableView("ifTable", Mib::ifTable, ifTable),
+          TableView("ifXTable", Mib::ifXTable, ifXTable),
+          TableView("ifStackTable", Mib::ifStackTable, ifStackTable)};
+}
+
+void IfMibView::Project(const ProjectionContext& context) {
   std::vector<IfRow> rows;
   rows.reserve(context.layout.ports.size() + context.layout.aggregates.size());
   std::vector<StackRow> stack;
@@ -213,26 +152,26 @@ void Project(const ProjectionContext& context) {
   ifStackTable.Replace(std::move(stack));
 }
 
-}  // namespace
+}  // namespace Standard
 
-int handle_ifNumber(netsnmp_mib_handler*, netsnmp_handler_registration*,
+int handle_ifNumber(netsnmp_mib_handler* handler, netsnmp_handler_registration*,
                     netsnmp_agent_request_info* reqinfo, netsnmp_request_info* requests) {
   if (reqinfo->mode != MODE_GET) return SNMP_ERR_NOERROR;
-  RefreshProjections();
-  Put(requests->requestvb, Mib::ifNumber, static_cast<long>(ifTable.Rows()));
+  auto& views = *static_cast<Standard::StandardViews*>(handler->myvoid);
+  views.Refresh();
+  Standard::Put(requests->requestvb, Standard::Mib::ifNumber,
+                static_cast<long>(views.ifMib.ifTable.Rows()));
   return SNMP_ERR_NOERROR;
 }
 
-void init_ifMib() {
-  const auto& ifNumber = Mib::ifNumber.id;
+void init_ifMib(Standard::StandardViews& views) {
+  const auto& ifNumber = Standard::Mib::ifNumber.id;
   auto* number = netsnmp_create_handler_registration("ifNumber", handle_ifNumber, ifNumber.data(),
                                                      ifNumber.size(), HANDLER_CAN_RONLY);
-  number->priority = kStandardViewPriority;
+  number->handler->myvoid = &views;
+  number->priority = Standard::kStandardViewPriority;
   netsnmp_register_scalar(number);
-  AddProjector(Project);
-  Register("ifTable", Mib::ifTable.id, ifTable);
-  Register("ifXTable", Mib::ifXTable.id, ifXTable);
-  Register("ifStackTable", Mib::ifStackTable.id, ifStackTable);
+  views.Register(Standard::Module::IfMib);
 }
 
 }  // namespace Arq::Snmp

@@ -1,16 +1,18 @@
+#include "Standard/Views/LldpMib.h"
+
 #include <algorithm>
 
 #include "Modules.h"
-#include "Standard/Engine/StandardObjects.h"
+#include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
-using namespace Standard;
+using namespace Lldp;
 
 // LldpChassisIdSubtype / LldpPortIdSubtype values used for our own identity.
 constexpr long kChassisMacAddress = 4;
-constexpr long kChassisLocal = 7;
 constexpr long kPortInterfaceName = 5;
 // LldpSystemCapabilitiesMap with bridge(2) set: the switch is a MAC bridge.
 const std::string kBridgeCapability(1, '\x20');
@@ -27,87 +29,6 @@ std::string CapabilityBits(std::uint16_t field) {
   return bits;
 }
 
-// lldpLocalSystemData: one row of scalars.
-struct LocalRow {
-  std::vector<oid> index{0};
-  long chassisSubtype = kChassisLocal;
-  std::string chassisId, sysName, sysDesc;
-};
-
-// lldpLocPortTable: every port of IF-MIB, numbered by its ifIndex.
-struct LocalPortRow {
-  std::vector<oid> index;  // lldpLocPortNum
-  std::string portId, portDesc;
-};
-
-// lldpRemTable: one neighbour; a column is absent when its TLV was.
-struct RemoteRow {
-  std::vector<oid> index;  // lldpRemTimeMark (0), lldpRemLocalPortNum, lldpRemIndex
-  std::optional<long> chassisSubtype, portSubtype;
-  std::optional<std::string> chassisId, portId, portDesc, sysName, sysDesc, capSupported,
-      capEnabled;
-};
-
-// lldpRemManAddrTable: the neighbour's index, then its address's subtype,
-// length and bytes.
-struct ManagementRow {
-  std::vector<oid> index;
-  long interfaceSubtype = 1;
-  long interfaceNumber = 0;
-  std::optional<std::vector<oid>> objectId;  // none when SNMP cannot carry the one sent
-};
-
-// lldpStatistics: how the remote tables changed since the agent started.
-struct StatisticsRow {
-  std::vector<oid> index{0};
-  std::uint64_t lastChange = 0;
-  std::uint64_t inserts = 0, deletes = 0, drops = 0;
-};
-
-// The switch is a MAC bridge, with that capability enabled.
-ProjectedTable<LocalRow> localSystem({
-    Field<LocalRow, Mib::lldpLocChassisIdSubtype, &LocalRow::chassisSubtype>(),
-    Field<LocalRow, Mib::lldpLocChassisId, &LocalRow::chassisId>(),
-    Field<LocalRow, Mib::lldpLocSysName, &LocalRow::sysName>(),
-    Field<LocalRow, Mib::lldpLocSysDesc, &LocalRow::sysDesc>(),
-    Fixed<LocalRow, Mib::lldpLocSysCapSupported, &kBridgeCapability>(),
-    Fixed<LocalRow, Mib::lldpLocSysCapEnabled, &kBridgeCapability>(),
-});
-
-// The switch ages its neighbours out itself and does not say which of them
-// went that way: no ageouts.
-ProjectedTable<StatisticsRow> statistics({
-    Field<StatisticsRow, Mib::lldpStatsRemTablesLastChangeTime, &StatisticsRow::lastChange>(),
-    Field<StatisticsRow, Mib::lldpStatsRemTablesInserts, &StatisticsRow::inserts>(),
-    Field<StatisticsRow, Mib::lldpStatsRemTablesDeletes, &StatisticsRow::deletes>(),
-    Field<StatisticsRow, Mib::lldpStatsRemTablesDrops, &StatisticsRow::drops>(),
-    Fixed<StatisticsRow, Mib::lldpStatsRemTablesAgeouts, 0>(),
-});
-
-ProjectedTable<LocalPortRow> localPortTable({
-    Fixed<LocalPortRow, Mib::lldpLocPortIdSubtype, kPortInterfaceName>(),
-    Field<LocalPortRow, Mib::lldpLocPortId, &LocalPortRow::portId>(),
-    Field<LocalPortRow, Mib::lldpLocPortDesc, &LocalPortRow::portDesc>(),
-});
-
-ProjectedTable<RemoteRow> remoteTable({
-    Field<RemoteRow, Mib::lldpRemChassisIdSubtype, &RemoteRow::chassisSubtype>(),
-    Field<RemoteRow, Mib::lldpRemChassisId, &RemoteRow::chassisId>(),
-    Field<RemoteRow, Mib::lldpRemPortIdSubtype, &RemoteRow::portSubtype>(),
-    Field<RemoteRow, Mib::lldpRemPortId, &RemoteRow::portId>(),
-    Field<RemoteRow, Mib::lldpRemPortDesc, &RemoteRow::portDesc>(),
-    Field<RemoteRow, Mib::lldpRemSysName, &RemoteRow::sysName>(),
-    Field<RemoteRow, Mib::lldpRemSysDesc, &RemoteRow::sysDesc>(),
-    Field<RemoteRow, Mib::lldpRemSysCapSupported, &RemoteRow::capSupported>(),
-    Field<RemoteRow, Mib::lldpRemSysCapEnabled, &RemoteRow::capEnabled>(),
-});
-
-ProjectedTable<ManagementRow> remoteManagementTable({
-    Field<ManagementRow, Mib::lldpRemManAddrIfSubtype, &ManagementRow::interfaceSubtype>(),
-    Field<ManagementRow, Mib::lldpRemManAddrIfId, &ManagementRow::interfaceNumber>(),
-    Field<ManagementRow, Mib::lldpRemManAddrOID, &ManagementRow::objectId>(),
-});
-
 // An identifier's subtype and its bytes, cut to the MIB's size.
 void Identify(const std::optional<Model::LldpId>& id, std::optional<long>& subtype,
               std::optional<std::string>& bytes) {
@@ -121,7 +42,60 @@ std::optional<std::string> Display(const std::optional<std::string>& text) {
   return Truncate(*text);
 }
 
-void ProjectRemote(const ProjectionContext& context) {
+}  // namespace
+
+// The switch is a MAC bridge, with that capability enabled. It ages its
+// neighbours out itself and does not say which of them went that way: no
+// ageouts.
+LldpView::LldpView()
+    : statistics({
+          Field<StatisticsRow, Mib::lldpStatsRemTablesLastChangeTime, &StatisticsRow::lastChange>(),
+          Field<StatisticsRow, Mib::lldpStatsRemTablesInserts, &StatisticsRow::inserts>(),
+          Field<StatisticsRow, Mib::lldpStatsRemTablesDeletes, &StatisticsRow::deletes>(),
+          Field<StatisticsRow, Mib::lldpStatsRemTablesDrops, &StatisticsRow::drops>(),
+          Fixed<StatisticsRow, Mib::lldpStatsRemTablesAgeouts, 0>(),
+      }),
+      localSystem({
+          Field<LocalRow, Mib::lldpLocChassisIdSubtype, &LocalRow::chassisSubtype>(),
+          Field<LocalRow, Mib::lldpLocChassisId, &LocalRow::chassisId>(),
+          Field<LocalRow, Mib::lldpLocSysName, &LocalRow::sysName>(),
+          Field<LocalRow, Mib::lldpLocSysDesc, &LocalRow::sysDesc>(),
+          Fixed<LocalRow, Mib::lldpLocSysCapSupported, &kBridgeCapability>(),
+          Fixed<LocalRow, Mib::lldpLocSysCapEnabled, &kBridgeCapability>(),
+      }),
+      localPortTable({
+          Fixed<LocalPortRow, Mib::lldpLocPortIdSubtype, kPortInterfaceName>(),
+          Field<LocalPortRow, Mib::lldpLocPortId, &LocalPortRow::portId>(),
+          Field<LocalPortRow, Mib::lldpLocPortDesc, &LocalPortRow::portDesc>(),
+      }),
+      remoteTable({
+          Field<RemoteRow, Mib::lldpRemChassisIdSubtype, &RemoteRow::chassisSubtype>(),
+          Field<RemoteRow, Mib::lldpRemChassisId, &RemoteRow::chassisId>(),
+          Field<RemoteRow, Mib::lldpRemPortIdSubtype, &RemoteRow::portSubtype>(),
+          Field<RemoteRow, Mib::lldpRemPortId, &RemoteRow::portId>(),
+          Field<RemoteRow, Mib::lldpRemPortDesc, &RemoteRow::portDesc>(),
+          Field<RemoteRow, Mib::lldpRemSysName, &RemoteRow::sysName>(),
+          Field<RemoteRow, Mib::lldpRemSysDesc, &RemoteRow::sysDesc>(),
+          Field<RemoteRow, Mib::lldpRemSysCapSupported, &RemoteRow::capSupported>(),
+          Field<RemoteRow, Mib::lldpRemSysCapEnabled, &RemoteRow::capEnabled>(),
+      }),
+      remoteManagementTable({
+          Field<ManagementRow, Mib::lldpRemManAddrIfSubtype, &ManagementRow::interfaceSubtype>(),
+          Field<ManagementRow, Mib::lldpRemManAddrIfId, &ManagementRow::interfaceNumber>(),
+          Field<ManagementRow, Mib::lldpRemManAddrOID, &ManagementRow::objectId>(),
+      }) {}
+
+std::vector<View> LldpView::Views() {
+  return {GroupView("lldpStatistics", Mib::lldpStatsRemTablesLastChangeTime,
+                    Mib::lldpStatsRemTablesAgeouts, statistics),
+          GroupView("lldpLocalSystemData", Mib::lldpLocChassisIdSubtype, Mib::lldpLocSysCapEnabled,
+                    localSystem),
+          TableView("lldpLocPortTable", Mib::lldpLocPortTable, localPortTable),
+          TableView("lldpRemTable", Mib::lldpRemTable, remoteTable),
+          TableView("lldpRemManAddrTable", Mib::lldpRemManAddrTable, remoteManagementTable)};
+}
+
+void LldpView::ProjectRemote(const ProjectionContext& context) {
   std::vector<RemoteRow> rows;
   std::vector<ManagementRow> managementRows;
   for (const auto& neighbour : context.model.neighbours) {
@@ -158,7 +132,7 @@ void ProjectRemote(const ProjectionContext& context) {
   remoteManagementTable.Replace(std::move(managementRows));
 }
 
-void Project(const ProjectionContext& context) {
+void LldpView::Project(const ProjectionContext& context) {
   const Model::LldpLocal& identity = context.model.lldpLocal;
   LocalRow local;
   if (identity.chassisMac) {
@@ -189,17 +163,10 @@ void Project(const ProjectionContext& context) {
   ProjectRemote(context);
 }
 
-}  // namespace
+}  // namespace Standard
 
-void init_lldpMib() {
-  AddProjector(Project);
-  RegisterSortedRange("lldpStatistics", Mib::lldpStatsRemTablesLastChangeTime.Parent(),
-                      statistics.FirstColumn(), statistics.LastColumn(), &statistics);
-  RegisterSortedRange("lldpLocalSystemData", Mib::lldpLocChassisIdSubtype.Parent(),
-                      localSystem.FirstColumn(), localSystem.LastColumn(), &localSystem);
-  Register("lldpLocPortTable", Mib::lldpLocPortTable.id, localPortTable);
-  Register("lldpRemTable", Mib::lldpRemTable.id, remoteTable);
-  Register("lldpRemManAddrTable", Mib::lldpRemManAddrTable.id, remoteManagementTable);
+void init_lldpMib(Standard::StandardViews& views) {
+  views.Register(Standard::Module::Lldp);
 }
 
 }  // namespace Arq::Snmp

@@ -2,58 +2,24 @@
 // the standard MIBs (EtherLike-MIB, RMON-MIB, HC-RMON-MIB, IEEE8023-LAG-MIB,
 // LLDP-MIB), projected from the switch model. Every table and column is
 // declared in PortCounterObjects.def; this file builds the rows they read.
+#include "Standard/Views/PortCounterViews.h"
+
 #include <map>
-#include <optional>
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
-
 #include "Modules.h"
-#include "Standard/Engine/Projection.h"
-#include "Standard/Objects/PortCounterObjects.def"
+#include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
+namespace Standard {
 namespace {
 
-using namespace Standard;
+using namespace PortCounters;
 namespace Dto = OrvoViaSwitch::Domain::Dto;
 using Index = Dto::EthCounterIndex;
 
-// A port row: every port of IF-MIB, by its ifIndex (by its port number in
-// the RMON tables).
-struct PortRow {
-  std::vector<oid> index;
-  long ifIndex = 0;
-  long portNumber = 0;
-  Model::PortCounters counters{};
-  long duplex = 1;           // unknown(1), halfDuplex(2), fullDuplex(3)
-  std::uint64_t octets = 0;  // received, good and bad
-  std::uint64_t packets = 0;
-  std::vector<oid> dataSource;  // ifIndex.<ifIndex>
-  std::optional<std::string> systemId;
-  long selectedAgg = 0;  // the ifIndex of its LAG, or 0
-  long attachedAgg = 0;
-};
-
-// A LAG, by its ifIndex.
-struct AggregatorRow {
-  std::vector<oid> index;
-  std::optional<std::string> mac;
-  std::optional<std::string> systemId;
-  std::string ports;  // PortList
-};
-
-// The switch's management address, by subtype and address.
-struct ManAddrRow {
-  std::vector<oid> index;
-  long length = 0;
-  long ifSubtype = 1;  // unknown(1), ifIndex(2)
-  long ifId = 0;
-  std::vector<oid> objectId{0, 0};
-  std::string ports;  // LldpPortList
-};
-
 // Cell setters by the MIB's syntax; false leaves the cell out.
-struct Put {
+struct PutAs {
   static bool Counter32(netsnmp_variable_list* var, std::uint64_t value) {
     return SetUnsigned(var, ASN_COUNTER, value), true;
   }
@@ -89,32 +55,13 @@ struct Put {
 #define ARQ_COUNT(name) r.counters[Index::name]
 #define ARQ_SERVED_COLUMN(name, number, syntax, ...)                       \
   {number, [](const Row& r [[maybe_unused]], netsnmp_variable_list* var) { \
-     return Put::syntax(var, __VA_ARGS__);                                 \
+     return PutAs::syntax(var, __VA_ARGS__);                               \
    }},
 #define ARQ_COLUMN_Export ARQ_SERVED_COLUMN
 #define ARQ_COLUMN_Serve ARQ_SERVED_COLUMN
 #define ARQ_COLUMN_Absent(...)
 #define ARQ_COLUMN(name, number, syntax, use, ...) \
   ARQ_COLUMN_##use(name, number, syntax, __VA_ARGS__)
-// Tables of the same index share their rows (the owner comes first in the
-// table list).
-#define ARQ_SOURCE_dot3StatsTable nullptr
-#define ARQ_SOURCE_dot3PauseTable &dot3StatsTable
-#define ARQ_SOURCE_dot3HCStatsTable &dot3StatsTable
-#define ARQ_SOURCE_etherStatsTable nullptr
-#define ARQ_SOURCE_etherStatsHighCapacityTable &etherStatsTable
-#define ARQ_SOURCE_dot3adAggTable nullptr
-#define ARQ_SOURCE_dot3adAggPortListTable &dot3adAggTable
-#define ARQ_SOURCE_dot3adAggPortTable &dot3StatsTable
-#define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
-#define ARQ_SOURCE_lldpLocManAddrTable nullptr
-#define ARQ_TABLE(name, mib, arcs, row, columns)                          \
-  ProjectedTable<row> name = [] {                                         \
-    using Row = row;                                                      \
-    return ProjectedTable<Row>({columns(ARQ_COLUMN)}, ARQ_SOURCE_##name); \
-  }();
-
-ARQ_PORT_COUNTER_TABLES(ARQ_TABLE)
 
 // dot3StatsDuplexStatus: unknown(1) unless the link is up; the KR modes and
 // 1000BASE-X run full duplex only; an SGMII port that has sent frames in half
@@ -174,7 +121,26 @@ long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint
   return 0;
 }
 
-void Project(const ProjectionContext& context) {
+}  // namespace
+
+#define ARQ_COLUMNS(name, mib, arcs, row, columns)                       \
+  std::vector<Column<PortCounters::row>> PortCounters::name##Columns() { \
+    using Row = row;                                                     \
+    return {columns(ARQ_COLUMN)};                                        \
+  }
+ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
+#undef ARQ_COLUMNS
+
+std::vector<View> PortCounterView::Views() {
+#define ARQ_VIEW(name, mib, arcs, row, columns) \
+  TableView(#name, MibObject{Syntax::Table, std::vector<oid>{ARQ_UNPACK arcs}}, name),
+#define ARQ_UNPACK(...) __VA_ARGS__
+  return {ARQ_PORT_COUNTER_TABLES(ARQ_VIEW)};
+#undef ARQ_UNPACK
+#undef ARQ_VIEW
+}
+
+void PortCounterView::Project(const ProjectionContext& context) {
   std::vector<AggregatorRow> aggregators;
   std::map<long, long> lagOf;  // port ifIndex -> LAG ifIndex
   for (const auto& served : context.layout.aggregates) {
@@ -222,15 +188,10 @@ void Project(const ProjectionContext& context) {
   lldpLocManAddrTable.Replace(std::move(addresses));
 }
 
-}  // namespace
+}  // namespace Standard
 
-void init_portCounterViews() {
-  AddProjector(Project);
-#define ARQ_ARCS(...) std::vector<oid>{__VA_ARGS__}
-#define ARQ_REGISTER(name, mib, arcs, row, columns) Register(#name, ARQ_ARCS arcs, name);
-  ARQ_PORT_COUNTER_TABLES(ARQ_REGISTER)
-#undef ARQ_REGISTER
-#undef ARQ_ARCS
+void init_portCounterViews(Standard::StandardViews& views) {
+  views.Register(Standard::Module::PortCounters);
 }
 
 }  // namespace Arq::Snmp

@@ -1,63 +1,29 @@
 // PTPBASE-MIB: one clock per PTP domain the switch reports, with its ports
 // and their roles. A domain whose number, clock mode or packet type the MIB
 // cannot express gives no row anywhere.
+#include "Standard/Views/PtpBaseMib.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
 
-#include "Standard/Views/InventoryViews.h"
+#include "Modules.h"
+#include "Standard/StandardViews.h"
 
-namespace Arq::Snmp::Standard {
+namespace Arq::Snmp {
+namespace Standard {
 namespace {
+
+using namespace PtpBase;
 
 namespace Dto = OrvoViaSwitch::Domain::Dto;
 
 enum ClockType : long { kOrdinary = 1, kBoundary = 2, kTransparent = 3 };
-enum Role : long { kMaster = 1, kSlave = 2 };
+constexpr long kSlave = 2;  // PtpClockRoleType slave(2)
 enum Profile : long { kDefaultProfile = 1, kVendorSpecific = 3 };
-constexpr long kTrue = 1, kFalse = 2;
+constexpr long kTrue = 1;
 constexpr long kMaxDomain = 255;
 constexpr std::size_t kMaxPortName = 64;
-
-struct ClockRow {
-  std::vector<oid> index;  // domain, (clock type,) instance
-  long count = 0;          // ports, or domains of a clock type
-  long slaveOnly = kFalse;
-};
-
-struct PortRow {
-  std::vector<oid> index;  // domain, clock type, instance, port number
-  std::string name;
-  long role = kMaster;
-  long ifIndex = 0;
-  std::vector<oid> transport;
-};
-
-struct ScalarRow {
-  std::vector<oid> index{0};
-  std::optional<long> profile;
-};
-
-ProjectedTable<ClockRow> systemTable(
-    {Field<ClockRow, Mib::ptpDomainClockPortsTotal, &ClockRow::count>()});
-ProjectedTable<ClockRow> systemDomainTable(
-    {Field<ClockRow, Mib::ptpbaseSystemDomainTotals, &ClockRow::count>()});
-ProjectedTable<ScalarRow> profileGroup(
-    {Field<ScalarRow, Mib::ptpbaseSystemProfile, &ScalarRow::profile>()});
-ProjectedTable<ClockRow> defaultTable(
-    {Field<ClockRow, Mib::ptpbaseClockDefaultDSSlaveOnly, &ClockRow::slaveOnly>()});
-ProjectedTable<ClockRow> transparentTable(
-    {Field<ClockRow, Mib::ptpbaseClockTransDefaultDSNumOfPorts, &ClockRow::count>()});
-ProjectedTable<PortRow> portTable({
-    Field<PortRow, Mib::ptpbaseClockPortName, &PortRow::name>(),
-    Field<PortRow, Mib::ptpbaseClockPortRole, &PortRow::role>(),
-});
-ProjectedTable<PortRow> runningTable({
-    Field<PortRow, Mib::ptpbaseClockPortRunningName, &PortRow::name>(),
-    Field<PortRow, Mib::ptpbaseClockPortRunningRole, &PortRow::role>(),
-    Field<PortRow, Mib::ptpbaseClockPortRunningInterfaceIndex, &PortRow::ifIndex>(),
-    Field<PortRow, Mib::ptpbaseClockPortRunningTransport, &PortRow::transport>(),
-});
 
 std::optional<long> TypeOf(Dto::PTPClockMode mode) {
   switch (mode) {
@@ -100,7 +66,25 @@ std::optional<std::vector<oid>> TransportOf(Dto::PTPPacketType type) {
 
 }  // namespace
 
-void ProjectPtpBase(const ProjectionContext& context) {
+PtpBaseView::PtpBaseView()
+    : systemTable({Field<ClockRow, Mib::ptpDomainClockPortsTotal, &ClockRow::count>()}),
+      systemDomainTable({Field<ClockRow, Mib::ptpbaseSystemDomainTotals, &ClockRow::count>()}),
+      profileGroup({Field<ScalarRow, Mib::ptpbaseSystemProfile, &ScalarRow::profile>()}),
+      defaultTable({Field<ClockRow, Mib::ptpbaseClockDefaultDSSlaveOnly, &ClockRow::slaveOnly>()}),
+      transparentTable(
+          {Field<ClockRow, Mib::ptpbaseClockTransDefaultDSNumOfPorts, &ClockRow::count>()}),
+      portTable({
+          Field<PortRow, Mib::ptpbaseClockPortName, &PortRow::name>(),
+          Field<PortRow, Mib::ptpbaseClockPortRole, &PortRow::role>(),
+      }),
+      runningTable({
+          Field<PortRow, Mib::ptpbaseClockPortRunningName, &PortRow::name>(),
+          Field<PortRow, Mib::ptpbaseClockPortRunningRole, &PortRow::role>(),
+          Field<PortRow, Mib::ptpbaseClockPortRunningInterfaceIndex, &PortRow::ifIndex>(),
+          Field<PortRow, Mib::ptpbaseClockPortRunningTransport, &PortRow::transport>(),
+      }) {}
+
+void PtpBaseView::Project(const ProjectionContext& context) {
   // The ifIndex of every port and LAG or PRS interface IF-MIB serves, by name.
   std::map<std::string, long> served;
   for (const auto& port : context.layout.ports) served.emplace(port.port->name, port.ifIndex);
@@ -159,7 +143,7 @@ void ProjectPtpBase(const ProjectionContext& context) {
   runningTable.Replace(std::move(ports));
 }
 
-std::vector<View> PtpBaseViews() {
+std::vector<View> PtpBaseView::Views() {
   return {
       TableView("ptpbaseSystemTable", Mib::ptpbaseSystemTable, systemTable),
       TableView("ptpbaseSystemDomainTable", Mib::ptpbaseSystemDomainTable, systemDomainTable),
@@ -172,4 +156,10 @@ std::vector<View> PtpBaseViews() {
       TableView("ptpbaseClockPortRunningTable", Mib::ptpbaseClockPortRunningTable, runningTable)};
 }
 
-}  // namespace Arq::Snmp::Standard
+}  // namespace Standard
+
+void init_ptpBaseMib(Standard::StandardViews& views) {
+  views.Register(Standard::Module::PtpBase);
+}
+
+}  // namespace Arq::Snmp

@@ -1,0 +1,87 @@
+#pragma once
+
+// The switch's per-port counters, LAG membership and management address in
+// the standard MIBs (EtherLike-MIB, RMON-MIB, HC-RMON-MIB, IEEE8023-LAG-MIB,
+// LLDP-MIB): the tables of PortCounterObjects.def.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Standard/Engine/StandardObjects.h"
+#include "Standard/Objects/PortCounterObjects.def"
+
+namespace Arq::Snmp::Standard {
+
+namespace PortCounters {
+
+// A port row: every port of IF-MIB, by its ifIndex (by its port number in
+// the RMON tables).
+struct PortRow {
+  std::vector<oid> index;
+  long ifIndex = 0;
+  long portNumber = 0;
+  Model::PortCounters counters{};
+  long duplex = 1;           // unknown(1), halfDuplex(2), fullDuplex(3)
+  std::uint64_t octets = 0;  // received, good and bad
+  std::uint64_t packets = 0;
+  std::vector<oid> dataSource;  // ifIndex.<ifIndex>
+  std::optional<std::string> systemId;
+  long selectedAgg = 0;  // the ifIndex of its LAG, or 0
+  long attachedAgg = 0;
+};
+
+// A LAG, by its ifIndex.
+struct AggregatorRow {
+  std::vector<oid> index;
+  std::optional<std::string> mac;
+  std::optional<std::string> systemId;
+  std::string ports;  // PortList
+};
+
+// The switch's management address, by subtype and address.
+struct ManAddrRow {
+  std::vector<oid> index;
+  long length = 0;
+  long ifSubtype = 1;  // unknown(1), ifIndex(2)
+  long ifId = 0;
+  std::vector<oid> objectId{0, 0};
+  std::string ports;  // LldpPortList
+};
+
+// Each table's columns, by its name.
+#define ARQ_COLUMNS(name, mib, arcs, row, columns) \
+  std::vector<Column<PortCounters::row>> name##Columns();
+ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
+#undef ARQ_COLUMNS
+
+}  // namespace PortCounters
+
+class PortCounterView {
+ public:
+  PortCounterView() = default;
+  PortCounterView(const PortCounterView&) = delete;
+  PortCounterView& operator=(const PortCounterView&) = delete;
+
+  void Project(const ProjectionContext& context);
+  std::vector<View> Views();
+
+  // Tables of the same index share their rows (the owner comes first in the
+  // table list).
+#define ARQ_SOURCE_dot3StatsTable nullptr
+#define ARQ_SOURCE_dot3PauseTable &dot3StatsTable
+#define ARQ_SOURCE_dot3HCStatsTable &dot3StatsTable
+#define ARQ_SOURCE_etherStatsTable nullptr
+#define ARQ_SOURCE_etherStatsHighCapacityTable &etherStatsTable
+#define ARQ_SOURCE_dot3adAggTable nullptr
+#define ARQ_SOURCE_dot3adAggPortListTable &dot3adAggTable
+#define ARQ_SOURCE_dot3adAggPortTable &dot3StatsTable
+#define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
+#define ARQ_SOURCE_lldpLocManAddrTable nullptr
+#define ARQ_PORT_COUNTER_TABLE(name, mib, arcs, row, columns) \
+  ProjectedTable<PortCounters::row> name =                    \
+      ProjectedTable<PortCounters::row>(PortCounters::name##Columns(), ARQ_SOURCE_##name);
+  ARQ_PORT_COUNTER_TABLES(ARQ_PORT_COUNTER_TABLE)
+#undef ARQ_PORT_COUNTER_TABLE
+};
+
+}  // namespace Arq::Snmp::Standard
