@@ -23,7 +23,6 @@ class KnownRows final : public Standard::ISortedTable {
  public:
   using Row = std::pair<std::vector<oid>, std::map<unsigned, long>>;
   KnownRows(std::initializer_list<Row> rows) : rows(rows) {}
-  void Refresh() override { ++refreshes; }
   std::size_t Rows() const override { return rows.size(); }
   const std::vector<oid>& Index(std::size_t row) const override { return rows[row].first; }
   bool Answer(std::size_t row, unsigned column, netsnmp_variable_list* var) const override {
@@ -62,13 +61,16 @@ class SortedTableTest : public testing::Test {
     init_agent("arq-sorted-table-test");
     // Registered out of order: the shared registration keeps its members in
     // the order of their identifiers.
-    sharedRegistration =
-        Standard::RegisterSortedTable("second", Under(kShared, {10}), 1, 2, &second);
-    EXPECT_EQ(Standard::RegisterSortedTable("first", Under(kShared, {9}), 2, 3, &first),
+    sharedRegistration = Standard::RegisterSortedTable(
+        registrations, "second", Under(kShared, {10}), 1, 2, &second, [] { ++second.refreshes; });
+    EXPECT_EQ(Standard::RegisterSortedTable(registrations, "first", Under(kShared, {9}), 2, 3,
+                                            &first, [] { ++first.refreshes; }),
               sharedRegistration);
-    EXPECT_EQ(Standard::RegisterSortedRange("scalars", Under(kShared, {11}), 1, 2, &scalars),
+    EXPECT_EQ(Standard::RegisterSortedRange(registrations, "scalars", Under(kShared, {11}), 1, 2,
+                                            &scalars, [] { ++scalars.refreshes; }),
               sharedRegistration);
-    ownRegistration = Standard::RegisterSortedTable("own", kOwn, 1, 1, &own);
+    ownRegistration = Standard::RegisterSortedTable(registrations, "own", kOwn, 1, 1, &own,
+                                                    [] { ++own.refreshes; });
   }
 
   // Asks the registration's handler, as the agent does, for `name` (arcs
@@ -110,9 +112,11 @@ class SortedTableTest : public testing::Test {
     return text;
   }
 
+  static Standard::SortedRegistrations registrations;
   static netsnmp_handler_registration* sharedRegistration;
   static netsnmp_handler_registration* ownRegistration;
 };
+Standard::SortedRegistrations SortedTableTest::registrations;
 netsnmp_handler_registration* SortedTableTest::sharedRegistration = nullptr;
 netsnmp_handler_registration* SortedTableTest::ownRegistration = nullptr;
 
