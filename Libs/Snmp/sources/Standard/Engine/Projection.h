@@ -57,6 +57,7 @@ struct InterfaceLayout {
 inline constexpr std::size_t kDisplayStringSize = 255;  // DisplayString, SnmpAdminString
 inline constexpr std::size_t kIfAliasSize = 64;
 inline constexpr std::size_t kEntPhysicalSerialNumSize = 32;
+inline constexpr std::size_t kPtpbaseClockPortNameSize = 64;
 
 // Identifiers that several views and notifications use.
 inline const std::vector<oid> kSnmpTrapOid{1, 3, 6, 1, 6, 3, 1, 1, 4, 1, 0};

@@ -23,7 +23,6 @@ constexpr long kSlave = 2;  // PtpClockRoleType slave(2)
 enum Profile : long { kDefaultProfile = 1, kVendorSpecific = 3 };
 constexpr long kTrue = 1;
 constexpr long kMaxDomain = 255;
-constexpr std::size_t kMaxPortName = 64;
 
 std::optional<long> TypeOf(Dto::PTPClockMode mode) {
   switch (mode) {
@@ -114,7 +113,7 @@ void PtpBaseView::Project(const ProjectionContext& context) {
       const bool slave = std::find(domain.slavePorts.begin(), domain.slavePorts.end(), name) !=
                          domain.slavePorts.end();
       ports.push_back({{number, static_cast<oid>(*type), instance, static_cast<oid>(listed.size())},
-                       Truncate(name, kMaxPortName),
+                       Truncate(name, kPtpbaseClockPortNameSize),
                        slave ? kSlave : kMaster,
                        found == served.end() ? 0 : found->second,
                        *transport});
