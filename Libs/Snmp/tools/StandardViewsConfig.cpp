@@ -3,8 +3,11 @@
 // *.def, read here through the preprocessor):
 //   ArqStandardViewsConfig snmp-yml          the snmp_exporter modules
 //                                            orvovia_ports and orvovia_inventory
-//   ArqStandardViewsConfig collectd-data     the collectd snmp plugin's Data blocks
-//   ArqStandardViewsConfig collectd-collect  the Collect line naming them
+//   ArqStandardViewsConfig collectd-data <group>
+//                                            a group of the collectd snmp
+//                                            plugin's Data blocks
+//   ArqStandardViewsConfig collectd-collect <group>
+//                                            the Collect lines naming them
 //   ArqStandardViewsConfig <block>           one block of a shipped file (below)
 //   ArqStandardViewsConfig check <source>    names each shipped file whose blocks
 //                                            are not what the declarations give
@@ -258,25 +261,135 @@ void PrintInventoryModule(std::ostream& out) {
   }
 }
 
-void PrintCollectdData(std::ostream& out) {
-  out << "  # The switch's per-port error, pause, size and duplex counters of the\n"
-         "  # standard MIBs, every port by ifName (written by the build from\n"
-         "  # PortCounterObjects.def; dot3StatsDuplexStatus 1 unknown, 2 half, 3 full).\n";
-  const std::string ifName = Dotted(Find("ifName").arcs);
-  ForEachExported([&out, &ifName](const TableInfo& table, const ColumnInfo& column) {
-    out << "  <Data \"orvovia_" << column.name << "\">\n    Type \""
-        << (column.Counter() ? "derive" : "gauge") << "\"\n    Table true\n    TypeInstanceOID \""
-        << ifName << "\"\n    TypeInstancePrefix \"" << column.name << "-\"\n    Values \""
-        << table.Oid(column) << "\"\n  </Data>\n";
-  });
+// The collectd snmp plugin's Data blocks, by group; a group's blocks and its
+// Collect lines take the place of the snippet's "#:<group>-data" and
+// "#:<group>-collect" lines (etc/collectd). The group port-counter is every
+// exported column of PortCounterObjects.def; the others are declared here,
+// each block naming its objects, whose identifiers come from the definition
+// files.
+constexpr const char* kPortCounterGroup = "port-counter";
+struct CollectdMetric {
+  std::string name;      // the block orvovia_<name>
+  std::string type;      // collectd's type
+  std::string instance;  // the object naming each row; empty: the row's index
+  std::string prefix;    // the type instance's prefix
+  std::string key;       // what the values' numbers mean
+  std::vector<std::string> values;
+};
+struct CollectdGroup {
+  const char* name;
+  std::vector<CollectdMetric> metrics;
+};
+
+// - if-mib: every interface's traffic, errors, discards and state, by ifName;
+// - inventory: each bridge port's VLAN id, by bridge port number; each PTP
+//   port's role, by the port's name.
+const std::vector<CollectdGroup>& CollectdGroups() {
+  static const std::vector<CollectdGroup> groups{
+      {"if-mib",
+       {{"if_octets", "if_octets", "ifName", "", "", {"ifHCInOctets", "ifHCOutOctets"}},
+        {"if_packets", "if_packets", "ifName", "", "", {"ifHCInUcastPkts", "ifHCOutUcastPkts"}},
+        {"if_errors", "if_errors", "ifName", "", "", {"ifInErrors", "ifOutErrors"}},
+        {"if_dropped", "if_dropped", "ifName", "", "", {"ifInDiscards", "ifOutDiscards"}},
+        {"if_oper_status",
+         "gauge",
+         "ifName",
+         "oper_status-",
+         "1 up, 2 down, 4 unknown",
+         {"ifOperStatus"}}}},
+      {"inventory",
+       {{"bridge_port_pvid", "gauge", "", "pvid-", "", {"dot1qPvid"}},
+        {"ptp_port_role",
+         "gauge",
+         "ptpbaseClockPortRunningName",
+         "ptp_port_role-",
+         "",
+         {"ptpbaseClockPortRunningRole"}}}},
+  };
+  return groups;
+}
+// The declared groups' Collect lines are packed into lines of at most this
+// many characters; the port counters' names make one line.
+constexpr std::size_t kCollectWidth = 100;
+
+// One Data block, a table read row by row.
+struct CollectdBlock {
+  std::string name;
+  std::string type;
+  std::string instanceOid;  // empty: the row's index
+  std::string prefix;
+  std::string comment;
+  std::vector<std::string> valueOids;
+};
+
+void PrintCollectdBlock(const CollectdBlock& block, std::ostream& out) {
+  out << "  <Data \"orvovia_" << block.name << "\">\n    Type \"" << block.type
+      << "\"\n    Table true\n";
+  if (!block.instanceOid.empty()) out << "    TypeInstanceOID \"" << block.instanceOid << "\"\n";
+  if (!block.prefix.empty()) out << "    TypeInstancePrefix \"" << block.prefix << "\"\n";
+  if (!block.comment.empty()) out << "    # " << block.comment << "\n";
+  out << "    Values";
+  for (const auto& oid : block.valueOids) out << " \"" << oid << "\"";
+  out << "\n  </Data>\n";
 }
 
-void PrintCollectdCollect(std::ostream& out) {
-  out << "    Collect";
-  ForEachExported([&out](const TableInfo&, const ColumnInfo& column) {
-    out << " \"orvovia_" << column.name << "\"";
-  });
-  out << "\n";
+// The blocks of a group; throws for a group that has none.
+std::vector<CollectdBlock> CollectdBlocks(const std::string& group) {
+  std::vector<CollectdBlock> blocks;
+  const std::string ifName = Dotted(Find("ifName").arcs);
+  if (group == kPortCounterGroup) {
+    ForEachExported([&blocks, &ifName](const TableInfo& table, const ColumnInfo& column) {
+      blocks.push_back({column.name,
+                        column.Counter() ? "derive" : "gauge",
+                        ifName,
+                        std::string(column.name) + "-",
+                        "",
+                        {table.Oid(column)}});
+    });
+  }
+  for (const auto& declared : CollectdGroups()) {
+    if (group != declared.name) continue;
+    for (const auto& metric : declared.metrics) {
+      CollectdBlock block{metric.name, metric.type, "", metric.prefix, "", {}};
+      if (!metric.instance.empty()) block.instanceOid = Dotted(Find(metric.instance).arcs);
+      std::string names;
+      for (const auto& value : metric.values) {
+        names += (names.empty() ? "" : ", ") + value;
+        block.valueOids.push_back(Dotted(Find(value).arcs));
+      }
+      // Several values are named in their order; one whose numbers need a
+      // key is named with it.
+      if (metric.values.size() > 1 || !metric.key.empty()) {
+        block.comment = names + (metric.key.empty() ? "" : ": " + metric.key);
+      }
+      blocks.push_back(block);
+    }
+  }
+  if (blocks.empty()) throw std::runtime_error("no collectd group " + group);
+  return blocks;
+}
+
+void PrintCollectdData(const std::string& group, std::ostream& out) {
+  if (group == kPortCounterGroup) {
+    out << "  # The switch's per-port error, pause, size and duplex counters of the\n"
+           "  # standard MIBs, every port by ifName (written by the build from\n"
+           "  # PortCounterObjects.def; dot3StatsDuplexStatus 1 unknown, 2 half, 3 full).\n";
+  }
+  for (const auto& block : CollectdBlocks(group)) PrintCollectdBlock(block, out);
+}
+
+void PrintCollectdCollect(const std::string& group, std::ostream& out) {
+  const std::size_t width = group == kPortCounterGroup ? std::string::npos : kCollectWidth;
+  std::string line;
+  for (const auto& block : CollectdBlocks(group)) {
+    const std::string entry = " \"orvovia_" + block.name + "\"";
+    if (!line.empty() && line.size() + entry.size() > width) {
+      out << line << "\n";
+      line.clear();
+    }
+    line += (line.empty() ? "    Collect" : "") + entry;
+  }
+  out << line << "\n";
 }
 
 // snmpd's view lines: one per MIB module subtree the sub-agent serves.
@@ -489,14 +602,15 @@ int main(int argc, char** argv) {
     if (args.size() == 1 && args[0] == "snmp-yml") {
       PrintPortsModule(std::cout);
       PrintInventoryModule(std::cout);
-    } else if (args.size() == 1 && args[0] == "collectd-data") {
-      PrintCollectdData(std::cout);
-    } else if (args.size() == 1 && args[0] == "collectd-collect") {
-      PrintCollectdCollect(std::cout);
+    } else if (args.size() == 2 && args[0] == "collectd-data") {
+      PrintCollectdData(args[1], std::cout);
+    } else if (args.size() == 2 && args[0] == "collectd-collect") {
+      PrintCollectdCollect(args[1], std::cout);
     } else if (args.size() == 1) {
       std::cout << Block(args[0]);
     } else {
-      std::cerr << "usage: ArqStandardViewsConfig snmp-yml|collectd-data|collectd-collect|<block>\n"
+      std::cerr << "usage: ArqStandardViewsConfig snmp-yml|<block>\n"
+                   "       ArqStandardViewsConfig collectd-data|collectd-collect <group>\n"
                    "       ArqStandardViewsConfig check|write <source folder>\n";
       return 2;
     }
