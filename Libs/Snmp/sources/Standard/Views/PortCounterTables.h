@@ -42,7 +42,7 @@ struct TableInfo {
   { __VA_ARGS__ }
 #define ARQ_INFO_COLUMN(name, number, syntax, use, ...) \
   ColumnInfo{#name, number, #syntax, ColumnUse::use, #__VA_ARGS__},
-#define ARQ_INFO_TABLE(name, mib, arcs, row, columns) \
+#define ARQ_INFO_TABLE(name, mib, arcs, row, rows, columns) \
   TableInfo{#name, mib, ARQ_INFO_ARCS arcs, {columns(ARQ_INFO_COLUMN)}},
 
 inline const std::vector<TableInfo>& PortCounterTables() {

@@ -123,7 +123,7 @@ long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint
 
 }  // namespace
 
-#define ARQ_COLUMNS(name, mib, arcs, row, columns)                       \
+#define ARQ_COLUMNS(name, mib, arcs, row, rows, columns)                 \
   std::vector<Column<PortCounters::row>> PortCounters::name##Columns() { \
     using Row = row;                                                     \
     return {columns(ARQ_COLUMN)};                                        \
@@ -132,7 +132,7 @@ ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
 #undef ARQ_COLUMNS
 
 std::vector<View> PortCounterView::Views() {
-#define ARQ_VIEW(name, mib, arcs, row, columns) \
+#define ARQ_VIEW(name, mib, arcs, row, rows, columns) \
   TableView(#name, MibObject{Syntax::Table, std::vector<oid>{ARQ_UNPACK arcs}}, name),
 #define ARQ_UNPACK(...) __VA_ARGS__
   return {ARQ_PORT_COUNTER_TABLES(ARQ_VIEW)};

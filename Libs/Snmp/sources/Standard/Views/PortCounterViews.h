@@ -49,7 +49,7 @@ struct ManAddrRow {
 };
 
 // Each table's columns, by its name.
-#define ARQ_COLUMNS(name, mib, arcs, row, columns) \
+#define ARQ_COLUMNS(name, mib, arcs, row, rows, columns) \
   std::vector<Column<PortCounters::row>> name##Columns();
 ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
 #undef ARQ_COLUMNS
@@ -65,21 +65,10 @@ class PortCounterView {
   void Project(const ProjectionContext& context);
   std::vector<View> Views();
 
-  // Tables of the same index share their rows (the owner comes first in the
-  // table list).
-#define ARQ_SOURCE_dot3StatsTable nullptr
-#define ARQ_SOURCE_dot3PauseTable &dot3StatsTable
-#define ARQ_SOURCE_dot3HCStatsTable &dot3StatsTable
-#define ARQ_SOURCE_etherStatsTable nullptr
-#define ARQ_SOURCE_etherStatsHighCapacityTable &etherStatsTable
-#define ARQ_SOURCE_dot3adAggTable nullptr
-#define ARQ_SOURCE_dot3adAggPortListTable &dot3adAggTable
-#define ARQ_SOURCE_dot3adAggPortTable &dot3StatsTable
-#define ARQ_SOURCE_lldpConfigManAddrTable &lldpLocManAddrTable
-#define ARQ_SOURCE_lldpLocManAddrTable nullptr
-#define ARQ_PORT_COUNTER_TABLE(name, mib, arcs, row, columns) \
-  ProjectedTable<PortCounters::row> name =                    \
-      ProjectedTable<PortCounters::row>(PortCounters::name##Columns(), ARQ_SOURCE_##name);
+  // Each table, with the rows it serves when they are another's.
+#define ARQ_PORT_COUNTER_TABLE(name, mib, arcs, row, rows, columns) \
+  ProjectedTable<PortCounters::row> name =                          \
+      ProjectedTable<PortCounters::row>(PortCounters::name##Columns(), rows);
   ARQ_PORT_COUNTER_TABLES(ARQ_PORT_COUNTER_TABLE)
 #undef ARQ_PORT_COUNTER_TABLE
 };
