@@ -105,7 +105,7 @@ std::map<std::string, Rows> Walk(const Standard::StandardViews& views) {
   return walked;
 }
 
-class InventoryViewsTest : public testing::Test {
+class EntityBridgePtpViewsTest : public testing::Test {
  protected:
   std::map<std::string, Rows> Project(const Switch& built) {
     auto model = std::make_shared<Model::SwitchModel>(built.model);
@@ -124,7 +124,7 @@ class InventoryViewsTest : public testing::Test {
 // The small scenario's switch: two Ethernet interfaces, a PRS pair, a LAG of
 // three, a hardware port of four sub-ports whose first is listed, one PTP
 // boundary clock; every table cell by cell.
-TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
+TEST_F(EntityBridgePtpViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
   Switch small;
   small.Ports(1, 1, 1, 4).Ports(1, 2, 2).Ports(2, 1, 2).Ports(3, 1, 3);
   small.Interface("eth1", Dto::IfType::Ethernet, 100, {100, 110}, {"1/1"})
@@ -199,7 +199,7 @@ TEST_F(InventoryViewsTest, SmallSwitchGivesItsWholeInventoryVlansAndClock) {
 // Sub-ports after their main port, one too many in the chassis; PTP domains
 // of every clock mode, two in one domain, and those the MIB cannot express
 // (numbers beyond 0-255, unknown modes, packet types not known to run).
-TEST_F(InventoryViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
+TEST_F(EntityBridgePtpViewsTest, SubPortsAndPtpDomainsOfEveryKind) {
   using Mode = Dto::PTPClockMode;
   Switch built;
   built.Ports(4, 1, 1, 2).Ports(4, 2, 3, 0);
