@@ -1,11 +1,12 @@
 #pragma once
 
-// The objects of the standard MIBs that the interface, LLDP, inventory, VLAN
-// and PTP views serve (IfMibObjects.def, LldpObjects.def, EntityObjects.def,
-// BridgeObjects.def, PtpBaseObjects.def): each one constant named after its object, with its
-// identifier and the ASN.1 type its syntax is encoded as. A view declares
-// each column of a table by its object (Field, Fixed, Empty) and answers it
-// through Put, so that its value always goes out in the MIB's syntax.
+// The objects of the standard MIBs that the views serve (IfMibObjects.def,
+// LldpObjects.def, EntityObjects.def, BridgeObjects.def, PtpBaseObjects.def,
+// and the tables and columns of PortCounterObjects.def): each one constant
+// named after its object, with its identifier and the ASN.1 type its syntax
+// is encoded as. A view declares each column of a table by its object
+// (Field, Fixed, Empty) and answers it through Put, so that its value always
+// goes out in the MIB's syntax.
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "Standard/Engine/Projection.h"
+#include "Standard/Objects/PortCounterObjects.def"
 
 namespace Arq::Snmp::Standard {
 
@@ -36,7 +38,8 @@ inline constexpr u_char Integer = ASN_INTEGER, Integer32 = ASN_INTEGER, IANAifTy
                         RowStatus = ASN_INTEGER, VlanId = ASN_INTEGER, PtpClockType = ASN_INTEGER,
                         PtpClockProfileType = ASN_INTEGER, PtpClockRoleType = ASN_INTEGER,
                         LldpChassisIdSubtype = ASN_INTEGER, LldpPortIdSubtype = ASN_INTEGER,
-                        LldpPortNumber = ASN_INTEGER, AddressFamilyNumbers = ASN_INTEGER;
+                        LldpPortNumber = ASN_INTEGER, AddressFamilyNumbers = ASN_INTEGER,
+                        EntryStatus = ASN_INTEGER, LacpKey = ASN_INTEGER;
 // ZeroBasedCounter32 (RMON2-MIB) is a Gauge32 that wraps as a counter does.
 inline constexpr u_char Unsigned32 = ASN_UNSIGNED, Gauge32 = ASN_GAUGE, VlanIndex = ASN_UNSIGNED,
                         ZeroBasedCounter32 = ASN_GAUGE, PtpClockDomainType = ASN_UNSIGNED,
@@ -49,7 +52,8 @@ inline constexpr u_char SnmpAdminString = ASN_OCTET_STR, DisplayString = ASN_OCT
                         OctetString = ASN_OCTET_STR, DateAndTime = ASN_OCTET_STR,
                         PortList = ASN_OCTET_STR, PhysAddress = ASN_OCTET_STR,
                         LldpChassisId = ASN_OCTET_STR, LldpPortId = ASN_OCTET_STR,
-                        LldpManAddress = ASN_OCTET_STR,
+                        LldpManAddress = ASN_OCTET_STR, LldpPortList = ASN_OCTET_STR,
+                        MacAddress = ASN_OCTET_STR, OwnerString = ASN_OCTET_STR,
                         LldpSystemCapabilitiesMap = ASN_OCTET_STR;  // BITS
 inline constexpr u_char ObjectIdentifier = ASN_OBJECT_ID, AutonomousType = ASN_OBJECT_ID,
                         RowPointer = ASN_OBJECT_ID;
@@ -64,6 +68,32 @@ namespace Mib {
 #include "Standard/Objects/LldpObjects.def"
 #include "Standard/Objects/PtpBaseObjects.def"
 #undef ARQ_STD_OBJECT
+
+// A column of a table: its entry's identifier (the table's, then 1) and its
+// number.
+inline MibObject ColumnOf(const MibObject& table, u_char type, oid number) {
+  MibObject column{type, table.id};
+  column.id.push_back(1);
+  column.id.push_back(number);
+  return column;
+}
+// Each table of PortCounterObjects.def and its columns, served or not. The
+// columns sit in an inline namespace of their table's, so that they are
+// named Mib::<column> as every other object is.
+#define ARQ_UNPACK(...) __VA_ARGS__
+#define ARQ_COLUMN_OBJECT(name, number, syntax, ...) \
+  inline const MibObject name = ColumnOf(kTable, Syntax::syntax, number);
+#define ARQ_TABLE_OBJECTS(name, mib, arcs, row, rows, columns)   \
+  inline const MibObject name{Syntax::Table, {ARQ_UNPACK arcs}}; \
+  inline namespace name##Columns {                               \
+    inline const MibObject& kTable = name;                       \
+    columns(ARQ_COLUMN_OBJECT)                                   \
+  }
+ARQ_PORT_COUNTER_TABLES(ARQ_TABLE_OBJECTS)
+#undef ARQ_TABLE_OBJECTS
+#undef ARQ_COLUMN_OBJECT
+#undef ARQ_UNPACK
+
 #define ARQ_STD_SUBTREE(name, role, ...) \
   inline const MibObject name{Syntax::ObjectIdentity, {__VA_ARGS__}};
 #include "Standard/Objects/Subtrees.def"
@@ -91,6 +121,9 @@ inline const std::vector<Subtree>& Subtrees() {
 // Counter32, Gauge32 and TimeTicks take the low 32 bits of a number; a bool
 // is a TruthValue.
 bool Put(netsnmp_variable_list* var, const MibObject& object, long value);
+inline bool Put(netsnmp_variable_list* var, const MibObject& object, int value) {
+  return Put(var, object, static_cast<long>(value));
+}
 bool Put(netsnmp_variable_list* var, const MibObject& object, std::uint64_t value);
 bool Put(netsnmp_variable_list* var, const MibObject& object, bool value);
 bool Put(netsnmp_variable_list* var, const MibObject& object, const std::string& value);

@@ -18,50 +18,7 @@ using namespace PortCounters;
 namespace Dto = OrvoViaSwitch::Domain::Dto;
 using Index = Dto::EthCounterIndex;
 
-// Cell setters by the MIB's syntax; false leaves the cell out.
-struct PutAs {
-  static bool Counter32(netsnmp_variable_list* var, std::uint64_t value) {
-    return SetUnsigned(var, ASN_COUNTER, value), true;
-  }
-  static bool Counter64(netsnmp_variable_list* var, std::uint64_t value) {
-    return SetCounter64(var, value), true;
-  }
-  static bool Integer(netsnmp_variable_list* var, long value) {
-    return SetInteger(var, value), true;
-  }
-  static bool Integer32(netsnmp_variable_list* var, const std::optional<long>& value) {
-    return value && Integer(var, *value);
-  }
-  static bool InterfaceIndex(netsnmp_variable_list* var, long value) { return Integer(var, value); }
-  static bool EntryStatus(netsnmp_variable_list* var, long value) { return Integer(var, value); }
-  static bool TruthValue(netsnmp_variable_list* var, long value) { return Integer(var, value); }
-  static bool ObjectIdentifier(netsnmp_variable_list* var, const std::vector<oid>& value) {
-    return SetObjectId(var, value), true;
-  }
-  static bool OwnerString(netsnmp_variable_list* var, const std::string& value) {
-    return SetOctets(var, value), true;
-  }
-  static bool MacAddress(netsnmp_variable_list* var, const std::optional<std::string>& value) {
-    return value && OwnerString(var, *value);
-  }
-  static bool PortList(netsnmp_variable_list* var, const std::string& value) {
-    return OwnerString(var, value);
-  }
-  static bool LldpPortList(netsnmp_variable_list* var, const std::string& value) {
-    return OwnerString(var, value);
-  }
-};
-
 #define ARQ_COUNT(name) r.counters[Index::name]
-#define ARQ_SERVED_COLUMN(name, number, syntax, ...)                       \
-  {number, [](const Row& r [[maybe_unused]], netsnmp_variable_list* var) { \
-     return PutAs::syntax(var, __VA_ARGS__);                               \
-   }},
-#define ARQ_COLUMN_Export ARQ_SERVED_COLUMN
-#define ARQ_COLUMN_Serve ARQ_SERVED_COLUMN
-#define ARQ_COLUMN_Absent(...)
-#define ARQ_COLUMN(name, number, syntax, use, ...) \
-  ARQ_COLUMN_##use(name, number, syntax, __VA_ARGS__)
 
 // dot3StatsDuplexStatus: unknown(1) unless the link is up; the KR modes and
 // 1000BASE-X run full duplex only; an SGMII port that has sent frames in half
@@ -123,20 +80,45 @@ long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint
 
 }  // namespace
 
+// Each table's columns: the value of each served column is a function of
+// the row, named after the column, in a namespace of its table's, and the
+// column is a Field of its object, as in every other view.
+#define ARQ_VALUE_Export(name, ...)                 \
+  inline auto name(const Row& r [[maybe_unused]]) { \
+    return __VA_ARGS__;                             \
+  }
+#define ARQ_VALUE_Serve ARQ_VALUE_Export
+#define ARQ_VALUE_Absent(...)
+#define ARQ_VALUE(name, number, syntax, use, ...) ARQ_VALUE_##use(name, __VA_ARGS__)
+#define ARQ_FIELD_Export(name) Field<Row, Mib::name, &name>(),
+#define ARQ_FIELD_Serve ARQ_FIELD_Export
+#define ARQ_FIELD_Absent(name)
+#define ARQ_FIELD(name, number, syntax, use, ...) ARQ_FIELD_##use(name)
 #define ARQ_COLUMNS(name, mib, arcs, row, rows, columns)                 \
+  namespace {                                                            \
+  namespace name##Values {                                               \
+    using Row = PortCounters::row;                                       \
+    columns(ARQ_VALUE)                                                   \
+  }                                                                      \
+  }                                                                      \
   std::vector<Column<PortCounters::row>> PortCounters::name##Columns() { \
-    using Row = row;                                                     \
-    return {columns(ARQ_COLUMN)};                                        \
+    using namespace name##Values;                                        \
+    return {columns(ARQ_FIELD)};                                         \
   }
 ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
 #undef ARQ_COLUMNS
+#undef ARQ_FIELD
+#undef ARQ_FIELD_Absent
+#undef ARQ_FIELD_Serve
+#undef ARQ_FIELD_Export
+#undef ARQ_VALUE
+#undef ARQ_VALUE_Absent
+#undef ARQ_VALUE_Serve
+#undef ARQ_VALUE_Export
 
 std::vector<View> PortCounterView::Views() {
-#define ARQ_VIEW(name, mib, arcs, row, rows, columns) \
-  TableView(#name, MibObject{Syntax::Table, std::vector<oid>{ARQ_UNPACK arcs}}, name),
-#define ARQ_UNPACK(...) __VA_ARGS__
+#define ARQ_VIEW(name, mib, arcs, row, rows, columns) TableView(#name, Mib::name, name),
   return {ARQ_PORT_COUNTER_TABLES(ARQ_VIEW)};
-#undef ARQ_UNPACK
 #undef ARQ_VIEW
 }
 
