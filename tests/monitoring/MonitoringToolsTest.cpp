@@ -19,6 +19,7 @@
 namespace {
 
 using Arq::SystemTests::DaemonSetup;
+using Arq::SystemTests::IfMibScalar;
 using Arq::TestSupport::ChildProcess;
 using Arq::TestSupport::ReadFile;
 using Arq::TestSupport::RunCommand;
@@ -61,8 +62,8 @@ class MonitoringToolsTest : public testing::Test {
                     setup.Dir().File("simulator.out"))
                     .process;
     // 48 Ethernet ports, 24 PRS interfaces of 2 ports, 3 LAGs of 6 ports.
-    ASSERT_TRUE(
-        WaitUntil([&] { return setup.Master().Get("1.3.6.1.2.1.2.1.0") == "INTEGER: 141"; }, 15s));
+    ASSERT_TRUE(WaitUntil(
+        [&] { return setup.Master().Get(IfMibScalar("ifNumber")) == "INTEGER: 141"; }, 15s));
   }
   Scrape ScrapeExporter(const std::string& module) {
     const std::string address = setup.Master().Address();

@@ -24,6 +24,28 @@ inline std::string Base() {
   return "1.3.6.1.4.1." + std::to_string(ARQ_ENTERPRISE_NUMBER) + ".3.5.1";
 }
 
+// The instance of an IF-MIB scalar (IfMibObjects.def), in dotted form.
+inline std::string IfMibScalar(const std::string& name) {
+  struct Object {
+    const char* name;
+    const char* arcs;
+  };
+#define ARQ_STD_OBJECT(object, syntax, ...) {#object, #__VA_ARGS__},
+  static const Object kObjects[] = {
+#include "../../Libs/Snmp/sources/Standard/Objects/IfMibObjects.def"
+  };
+#undef ARQ_STD_OBJECT
+  for (const auto& object : kObjects) {
+    if (name != object.name) continue;
+    std::string dotted;
+    for (const char* c = object.arcs; *c != '\0'; ++c) {
+      if (*c != ' ') dotted += *c == ',' ? '.' : *c;
+    }
+    return dotted + ".0";
+  }
+  throw std::invalid_argument(name + " is no IF-MIB object served");
+}
+
 // A private folder with its own snmpd master, a logger configuration naming
 // the project's plug-in, and an options file; the daemon is started in it with
 // the arguments given and stopped (SIGTERM, then SIGKILL) at the end.

@@ -18,6 +18,7 @@
 namespace {
 
 using Arq::SystemTests::DaemonSetup;
+using Arq::SystemTests::IfMibScalar;
 using Arq::TestSupport::WaitUntil;
 using namespace std::chrono_literals;
 
@@ -102,7 +103,8 @@ class GnmiEndpointTest : public testing::Test {
 // the time of the collection that saw it.
 TEST_F(GnmiEndpointTest, ServesTheSwitchToItsClientOnlyAndStreamsLinkChanges) {
   EXPECT_EQ(expected.size(), 221U);  // 194 ports, 24 PRS and 3 LAG interfaces
-  EXPECT_EQ(setup.Master().Get("1.3.6.1.2.1.2.1.0"), "INTEGER: " + std::to_string(expected.size()));
+  EXPECT_EQ(setup.Master().Get(IfMibScalar("ifNumber")),
+            "INTEGER: " + std::to_string(expected.size()));
   EXPECT_EQ(Run("capabilities"),
             Parse(R"(["0.10.0",["JSON_IETF","PROTO"],["openconfig-interfaces 3.0.0",)"
                   R"("openconfig-if-ethernet 2.13.0","openconfig-if-aggregate 2.4.4",)"
