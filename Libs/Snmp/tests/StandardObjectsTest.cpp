@@ -9,10 +9,12 @@
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "Arq/OrvoViaSwitch/Domain/Model/PortCounterFacts.def"
 #include "Standard/Views/PortCounterTables.h"
 
 namespace {
@@ -77,6 +79,42 @@ TEST(StandardObjectsTest, EveryDefinedObjectMatchesTheCompiledModules) {
     });
     EXPECT_EQ(static_cast<std::size_t>(inTable), table.columns.size()) << table.name;
   }
+}
+
+// The other way round from the build's check (a column served through
+// ARQ_SHOWN must be named by a counter): every column the counter
+// declaration names is served through ARQ_SHOWN, or is an IF-MIB column, and
+// is named under one counter only.
+TEST(StandardObjectsTest, EveryColumnNamedByACounterShowsIt) {
+#define ARQ_NAMES(...) ARQ_NAMES_COLUMNS(__VA_ARGS__, ~)
+#define ARQ_NAMES_COLUMNS(counter, family, value, interfaceLeaf, ethernetLeaf, columns, ...) \
+  {#counter, columns},
+  const std::vector<std::pair<std::string, std::string>> facts{ARQ_PORT_COUNTER_FACTS(ARQ_NAMES)};
+#undef ARQ_NAMES_COLUMNS
+#undef ARQ_NAMES
+  std::map<std::string, std::string> counterOf;
+  for (const auto& [counter, columns] : facts) {
+    std::istringstream words(columns);
+    for (std::string column; words >> column;) {
+      EXPECT_TRUE(counterOf.emplace(column, counter).second) << column << " named twice";
+    }
+  }
+  std::set<std::string> unserved;
+  for (const auto& [column, counter] : counterOf) unserved.insert(column);
+  for (const auto& table : Arq::Snmp::Standard::PortCounterTables()) {
+    for (const auto& column : table.columns) {
+      const bool shown = std::string(column.value).rfind("ARQ_SHOWN", 0) == 0;
+      EXPECT_EQ(shown, unserved.erase(column.name) == 1) << column.name;
+    }
+  }
+  for (const auto& column : unserved) {
+    EXPECT_TRUE(column.rfind("if", 0) == 0 &&
+                std::any_of(kPackaged.begin(), kPackaged.end(),
+                            [&](const Object& object) { return object.name == column; }))
+        << column << " is no column of a view";
+  }
+  EXPECT_EQ(counterOf["ifHCInOctets"], "NbOfGoodOctetsReceived");
+  EXPECT_EQ(counterOf["etherStatsHighCapacityOverflowPkts64Octets"], "NbOfGoodPackets64Bytes");
 }
 
 }  // namespace

@@ -26,10 +26,12 @@
 #include <string>
 #include <vector>
 
+#include "Standard/Engine/ShownCounters.h"
 #include "Standard/Views/PortCounterTables.h"
 
 namespace {
 
+using Arq::OrvoViaSwitch::Domain::Dto::kEthCounterNames;
 using Arq::Snmp::Standard::ColumnInfo;
 using Arq::Snmp::Standard::ColumnUse;
 using Arq::Snmp::Standard::PortCounterTables;
@@ -120,12 +122,14 @@ void ForEachExported(Visit visit) {
   }
 }
 
-// "the switch's NbOfCrcErrorEvents" for a column fed by one counter.
+// "the switch's NbOfCrcErrorEvents" for a column that shows one counter.
 std::string Source(const ColumnInfo& column) {
-  const std::string value = column.value;
-  const std::string prefix = "ARQ_COUNT(";
-  if (value.rfind(prefix, 0) == 0 && value.back() == ')') {
-    return "the switch's " + value.substr(prefix.size(), value.size() - prefix.size() - 1);
+  if (std::string(column.value).rfind("ARQ_SHOWN", 0) == 0) {
+    const std::size_t counter = Arq::Snmp::Standard::CounterShownBy(column.name);
+    if (counter >= kEthCounterNames.size()) {
+      throw std::runtime_error(std::string(column.name) + " shows no counter");
+    }
+    return "the switch's " + std::string(kEthCounterNames[counter]);
   }
   return "the port's mode and link";
 }

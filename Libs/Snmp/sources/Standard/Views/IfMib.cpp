@@ -3,6 +3,7 @@
 #include <set>
 
 #include "Modules.h"
+#include "Standard/Engine/ShownCounters.h"
 #include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
@@ -81,16 +82,16 @@ IfMibView::IfMibView()
           Field<IfRow, Mib::ifAdminStatus, &IfRow::adminStatus>(),
           Field<IfRow, Mib::ifOperStatus, &IfRow::operStatus>(),
           Field<IfRow, Mib::ifLastChange, &IfRow::lastChange>(),
-          Field<IfRow, Mib::ifInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
-          Field<IfRow, Mib::ifInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
+          ARQ_SHOWN_FIELD(IfRow, ifInOctets),
+          ARQ_SHOWN_FIELD(IfRow, ifInUcastPkts),
           Field<IfRow, Mib::ifInNUcastPkts, &IfRow::InNUcast>(),
-          Field<IfRow, Mib::ifInDiscards, &IfRow::Count<kInternalDropPacketsBW>>(),
+          ARQ_SHOWN_FIELD(IfRow, ifInDiscards),
           Field<IfRow, Mib::ifInErrors, &IfRow::InErrors>(),
           Fixed<IfRow, Mib::ifInUnknownProtos, 0>(),
-          Field<IfRow, Mib::ifOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
-          Field<IfRow, Mib::ifOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
+          ARQ_SHOWN_FIELD(IfRow, ifOutOctets),
+          ARQ_SHOWN_FIELD(IfRow, ifOutUcastPkts),
           Field<IfRow, Mib::ifOutNUcastPkts, &IfRow::OutNUcast>(),
-          Field<IfRow, Mib::ifOutDiscards, &IfRow::Count<kFrameNotTransmitted>>(),
+          ARQ_SHOWN_FIELD(IfRow, ifOutDiscards),
           Field<IfRow, Mib::ifOutErrors, &IfRow::OutErrors>(),
           Fixed<IfRow, Mib::ifOutQLen, 0>(),
           Fixed<IfRow, Mib::ifSpecific, &kZeroDotZero>(),
@@ -98,20 +99,18 @@ IfMibView::IfMibView()
       ifXTable(
           {
               Field<IfRow, Mib::ifName, &IfRow::name>(),
-              Field<IfRow, Mib::ifInMulticastPkts, &IfRow::Count<kGoodPacketsMulticastReceived>>(),
-              Field<IfRow, Mib::ifInBroadcastPkts, &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
-              Field<IfRow, Mib::ifOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
-              Field<IfRow, Mib::ifOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
-              Field<IfRow, Mib::ifHCInOctets, &IfRow::Count<kGoodOctetsReceived>>(),
-              Field<IfRow, Mib::ifHCInUcastPkts, &IfRow::Count<kGoodUnicastFrameReceived>>(),
-              Field<IfRow, Mib::ifHCInMulticastPkts,
-                    &IfRow::Count<kGoodPacketsMulticastReceived>>(),
-              Field<IfRow, Mib::ifHCInBroadcastPkts,
-                    &IfRow::Count<kGoodPacketsBroadcastReceived>>(),
-              Field<IfRow, Mib::ifHCOutOctets, &IfRow::Count<kGoodOctetsSent>>(),
-              Field<IfRow, Mib::ifHCOutUcastPkts, &IfRow::Count<kGoodUnicastFrameSent>>(),
-              Field<IfRow, Mib::ifHCOutMulticastPkts, &IfRow::Count<kGoodMulticastPacketsSent>>(),
-              Field<IfRow, Mib::ifHCOutBroadcastPkts, &IfRow::Count<kGoodBroadcastPacketsSent>>(),
+              ARQ_SHOWN_FIELD(IfRow, ifInMulticastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifInBroadcastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifOutMulticastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifOutBroadcastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCInOctets),
+              ARQ_SHOWN_FIELD(IfRow, ifHCInUcastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCInMulticastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCInBroadcastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCOutOctets),
+              ARQ_SHOWN_FIELD(IfRow, ifHCOutUcastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCOutMulticastPkts),
+              ARQ_SHOWN_FIELD(IfRow, ifHCOutBroadcastPkts),
               Fixed<IfRow, Mib::ifLinkUpDownTrapEnable, kEnabled>(),
               Field<IfRow, Mib::ifHighSpeed, &IfRow::HighSpeed>(),
               Fixed<IfRow, Mib::ifPromiscuousMode, kFalse>(),

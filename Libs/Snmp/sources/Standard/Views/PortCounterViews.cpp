@@ -8,6 +8,7 @@
 
 #include "Arq/OrvoViaSwitch/Domain/Dto/EthCounters.h"
 #include "Modules.h"
+#include "Standard/Engine/ShownCounters.h"
 #include "Standard/StandardViews.h"
 
 namespace Arq::Snmp {
@@ -82,11 +83,14 @@ long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint
 
 // Each table's columns: the value of each served column is a function of
 // the row, named after the column, in a namespace of its table's, and the
-// column is a Field of its object, as in every other view.
-#define ARQ_VALUE_Export(name, ...)                 \
-  inline auto name(const Row& r [[maybe_unused]]) { \
-    return __VA_ARGS__;                             \
+// column is a Field of its object, as in every other view. ARQ_SHOWN finds
+// its counter by the column's name.
+#define ARQ_VALUE_Export(name, ...)                              \
+  inline auto name(const Row& r [[maybe_unused]]) {              \
+    [[maybe_unused]] constexpr std::string_view kColumn = #name; \
+    return __VA_ARGS__;                                          \
   }
+#define ARQ_SHOWN ShownCounter<Row, CounterShownBy(kColumn)>(r)
 #define ARQ_VALUE_Serve ARQ_VALUE_Export
 #define ARQ_VALUE_Absent(...)
 #define ARQ_VALUE(name, number, syntax, use, ...) ARQ_VALUE_##use(name, __VA_ARGS__)
@@ -115,6 +119,7 @@ ARQ_PORT_COUNTER_TABLES(ARQ_COLUMNS)
 #undef ARQ_VALUE_Absent
 #undef ARQ_VALUE_Serve
 #undef ARQ_VALUE_Export
+#undef ARQ_SHOWN
 
 std::vector<View> PortCounterView::Views() {
 #define ARQ_VIEW(name, mib, arcs, row, rows, columns) TableView(#name, Mib::name, name),
