@@ -94,7 +94,7 @@ long AddressIfIndex(const ProjectionContext& context, const std::array<std::uint
 #define ARQ_VALUE_Serve ARQ_VALUE_Export
 #define ARQ_VALUE_Absent(...)
 #define ARQ_VALUE(name, number, syntax, use, ...) ARQ_VALUE_##use(name, __VA_ARGS__)
-#define ARQ_FIELD_Export(name) Field<Row, Mib::name, &name>(),
+#define ARQ_FIELD_Export(name) Field<Row, Mib::name, &(name)>(),
 #define ARQ_FIELD_Serve ARQ_FIELD_Export
 #define ARQ_FIELD_Absent(name)
 #define ARQ_FIELD(name, number, syntax, use, ...) ARQ_FIELD_##use(name)
